@@ -1,0 +1,31 @@
+#pragma once
+// The keyed object archive: the form of the database, the exchange files and the charts.
+
+#include "core/error.h"
+#include "core/value.h"
+
+#include <string>
+#include <string_view>
+
+namespace zifora::core {
+
+/// Archives `root` (usually a dictionary such as {"clients": [...]}) as a binary keyed
+/// archive. Records are written under their class names with their archive keys;
+/// dictionaries and arrays as the mutable collection classes; dates as date objects;
+/// row icons as image objects that carry the icon's name.
+[[nodiscard]] std::string encodeKeyedArchive(const Value& root);
+
+/// Reads a keyed archive. Records of our classes come back as records (keys that the file
+/// lacks stay absent); objects of other classes come back as foreign records that keep
+/// their keys. Malformed input gives an error naming the file (`context`) and the place.
+[[nodiscard]] Result<Value> decodeKeyedArchive(std::string_view bytes,
+                                               const std::string& context = "archive");
+
+/// Reads a file and decodes it; a missing file is an error of its own kind.
+struct ArchiveFileError {
+    bool missing = false;
+    Error error;
+};
+[[nodiscard]] std::expected<Value, ArchiveFileError> readKeyedArchiveFile(const std::string& path);
+
+} // namespace zifora::core
