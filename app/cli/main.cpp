@@ -1,1 +1,72 @@
-int main() { return 0; }
+// zifora-cli: the headless program. Its subcommands, the JSON dump format and the script
+// language of `run` are a public interface; see docs/cli.md.
+
+#include "core/keyedarchive.h"
+#include "shell/cliapp.h"
+#include "shell/jsondump.h"
+
+#include <CLI/CLI.hpp>
+
+#include <fstream>
+#include <iostream>
+#include <sstream>
+
+namespace {
+
+int dumpCommand(const std::string& path) {
+    auto root = zifora::core::readKeyedArchiveFile(path);
+    if (!root) {
+        std::cerr << "zifora-cli: " << root.error().error.message << "\n";
+        return root.error().missing ? 3 : 2;
+    }
+    std::cout << zifora::shell::dumpJson(*root) << "\n";
+    return 0;
+}
+
+int loadCommand(const std::string& jsonPath, const std::string& archivePath) {
+    std::ifstream in(jsonPath, std::ios::binary);
+    if (!in) {
+        std::cerr << "zifora-cli: " << jsonPath << ": cannot be opened\n";
+        return 3;
+    }
+    std::stringstream text;
+    text << in.rdbuf();
+    auto root = zifora::shell::loadJson(text.str());
+    if (!root) {
+        std::cerr << "zifora-cli: " << jsonPath << ": " << root.error().message << "\n";
+        return 2;
+    }
+    auto written = zifora::shell::writeArchiveFile(archivePath, *root);
+    if (!written) {
+        std::cerr << "zifora-cli: " << written.error().message << "\n";
+        return 4;
+    }
+    return 0;
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    CLI::App app{"Zifora ohne Fenster: Archive lesen und schreiben, Skripte ausführen"};
+    app.require_subcommand(1);
+
+    std::string dumpPath;
+    auto* dump = app.add_subcommand("dump", "Ein Archiv (Datenbank, Austauschdatei, Kontenrahmen) als JSON ausgeben");
+    dump->add_option("PATH", dumpPath, "Pfad des Archivs")->required();
+
+    std::string loadJsonPath, loadArchivePath;
+    auto* load = app.add_subcommand("load", "JSON im Format von dump als Archiv schreiben");
+    load->add_option("JSON", loadJsonPath, "JSON-Datei (- für die Standardeingabe)")->required();
+    load->add_option("PATH", loadArchivePath, "Pfad des zu schreibenden Archivs")->required();
+
+    std::string scriptPath;
+    auto* run = app.add_subcommand("run", "Ein JSON-Lines-Skript gegen den Datenordner von $HOME ausführen");
+    run->add_option("SCRIPT", scriptPath, "Skriptdatei (- für die Standardeingabe)")->required();
+
+    CLI11_PARSE(app, argc, argv);
+
+    if (*dump) return dumpCommand(dumpPath);
+    if (*load) return loadCommand(loadJsonPath == "-" ? "/dev/stdin" : loadJsonPath, loadArchivePath);
+    if (*run) return zifora::shell::runScriptFile(scriptPath, std::cout);
+    return 1;
+}

@@ -118,3 +118,11 @@ class BinaryPlistWriter {
 [[nodiscard]] std::string utf8FromUtf16(std::u16string_view utf16);
 
 } // namespace zifora::core
+
+namespace zifora::core {
+/// Reads a whole binary property list into values (dictionaries, arrays, scalars); UIDs
+/// become integers. Nesting beyond 512 levels and cycles are refused.
+[[nodiscard]] Result<Value> decodeBinaryPlist(std::string_view bytes, const std::string& context);
+/// Reads a property list in binary or XML form.
+[[nodiscard]] Result<Value> decodePropertyList(std::string_view bytes, const std::string& context);
+} // namespace zifora::core

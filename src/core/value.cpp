@@ -3,6 +3,8 @@
 #include "core/record.h"
 
 #include <cctype>
+#include <charconv>
+#include <limits>
 #include <cerrno>
 #include <cmath>
 #include <cstdlib>
@@ -379,17 +381,30 @@ std::string numberPrefix(std::string_view text, bool allowFraction) {
 
 } // namespace
 
-double doubleFromText(std::string_view text) {
+// The readers below use from_chars, which ignores the process locale: a stored "119.5"
+// reads as 119.5 also when the program runs under a German number locale.
+template <typename T> T parsePrefix(std::string_view text) {
     std::string prefix = numberPrefix(text, /*allowFraction=*/true);
-    if (prefix.empty()) return 0.0;
-    return std::strtod(prefix.c_str(), nullptr);
+    if (prefix.empty()) return T{0};
+    const char* first = prefix.data();
+    if (*first == '+') ++first;
+    T value{0};
+    auto [ptr, ec] = std::from_chars(first, prefix.data() + prefix.size(), value);
+    if (ec == std::errc::result_out_of_range) {
+        bool negative = prefix.front() == '-';
+        // Too large: infinity; too small: zero, as the C library reads it.
+        bool tiny = prefix.find_first_of("123456789") != std::string::npos &&
+                    (prefix.find("e-") != std::string::npos || prefix.find("E-") != std::string::npos);
+        T magnitude = tiny ? T{0} : std::numeric_limits<T>::infinity();
+        return negative ? -magnitude : magnitude;
+    }
+    (void)ptr;
+    return value;
 }
 
-float floatFromText(std::string_view text) {
-    std::string prefix = numberPrefix(text, /*allowFraction=*/true);
-    if (prefix.empty()) return 0.0f;
-    return std::strtof(prefix.c_str(), nullptr);
-}
+double doubleFromText(std::string_view text) { return parsePrefix<double>(text); }
+
+float floatFromText(std::string_view text) { return parsePrefix<float>(text); }
 
 int64_t integerFromText(std::string_view text) {
     std::string prefix = numberPrefix(text, /*allowFraction=*/false);

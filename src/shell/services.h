@@ -84,6 +84,8 @@ class Workspace {
                              const std::vector<std::string>& attachments) = 0;
     /// The program has been asked to end (by the program itself, not the user).
     virtual void terminate() = 0;
+    /// A file the user will want to know of was written (an export, a report).
+    virtual void fileWritten(const std::string& path) { (void)path; }
 };
 
 /// Everything the controllers need of the platform, passed as one bundle.

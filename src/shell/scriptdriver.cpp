@@ -1,0 +1,256 @@
+// The script language of `zifora-cli run`: one JSON object per line, one command each.
+
+#include "shell/app.h"
+#include "shell/cliapp.h"
+#include "shell/headless.h"
+#include "shell/jsondump.h"
+
+#include "core/atomicfile.h"
+#include "core/keyedarchive.h"
+
+#include <nlohmann/json.hpp>
+
+#include <chrono>
+#include <filesystem>
+#include <fstream>
+#include <iostream>
+
+namespace zifora::shell {
+
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+core::Date realNow() {
+    auto since = std::chrono::system_clock::now().time_since_epoch();
+    return core::Date::fromUnix(std::chrono::duration<double>(since).count());
+}
+
+class ScriptDriver {
+  public:
+    explicit ScriptDriver(std::ostream& out)
+        : m_log(out), m_ui(m_log), m_clock(m_scheduler, realNow()), m_clipboard(m_log),
+          m_workspace(m_log), m_places(Places::fromEnvironment()), m_settings(m_places.settingsFile),
+          m_app(Services{m_ui, m_scheduler, m_clock, m_clipboard, m_workspace}, m_places, m_settings) {
+        if (auto notice = loadSettingsSafely(m_settings)) m_log.error(*notice);
+    }
+
+    int run(std::istream& script) {
+        std::string line;
+        int number = 0;
+        while (!m_workspace.terminated() && std::getline(script, line)) {
+            ++number;
+            if (line.find_first_not_of(" \t\r") == std::string::npos || line.starts_with("#"))
+                continue;
+            Json command = Json::parse(line, nullptr, /*allow_exceptions=*/false);
+            if (command.is_discarded() || !command.is_object()) {
+                m_log.error("Zeile " + std::to_string(number) + ": kein gültiges JSON-Objekt");
+                continue;
+            }
+            execute(command, number);
+            m_scheduler.runDue();
+        }
+        (void)m_settings.flush();
+        return m_log.errorCount() ? 1 : 0;
+    }
+
+  private:
+    void execute(const Json& command, int number) {
+        const std::string where = "Zeile " + std::to_string(number) + ": ";
+        for (auto it = command.begin(); it != command.end(); ++it) {
+            const std::string verb = it.key();
+            const Json& arg = it.value();
+            std::string problem = dispatch(verb, arg, command);
+            if (!problem.empty()) m_log.error(where + problem);
+        }
+    }
+
+    std::string dispatch(const std::string& verb, const Json& arg, const Json& command) {
+        if (verb == "select") return select(arg);
+        if (verb == "set") return setProperty(arg);
+        if (verb == "field") return setField(arg);
+        if (verb == "settings") return setSettings(arg);
+        if (verb == "answer") return queueAnswers(arg);
+        if (verb == "choose") return queueChoices(arg);
+        if (verb == "do") return doCommand(arg, command);
+        if (verb == "tag") return {}; // read together with "do"
+        if (verb == "advance") {
+            if (!arg.is_number() || arg.get<double>() < 0) return "advance braucht eine Zahl von Sekunden";
+            m_scheduler.advance(arg.get<double>());
+            return {};
+        }
+        if (verb == "clock") {
+            if (!arg.is_string()) return "clock braucht ein Datum nach ISO 8601";
+            auto date = parseIsoDate(arg.get<std::string>());
+            if (!date) return date.error().message;
+            m_clock.setStart(*date);
+            return {};
+        }
+        if (verb == "start") {
+            m_app.init();
+            m_app.awakeFromNib();
+            return {};
+        }
+        if (verb == "quit") {
+            m_app.applicationWillTerminate();
+            return {};
+        }
+        if (verb == "dump") {
+            m_log.emit("{\"dump\":" + dumpJson(m_app.databaseRoot()) + "}");
+            return {};
+        }
+        if (verb == "dumpSettings") {
+            std::string json = "{\"settings\":{";
+            bool first = true;
+            for (const auto& [key, value] : m_settings.all()) {
+                if (!first) json += ',';
+                first = false;
+                appendJsonString(json, key);
+                json += ':' + taggedJson(value);
+            }
+            m_log.emit(json + "}}");
+            return {};
+        }
+        return "unbekannter Befehl \"" + verb + "\"";
+    }
+
+    std::string select(const Json& arg) {
+        if (!arg.is_object()) return "select braucht ein Objekt";
+        // Higher levels first, since each decides what the next one shows.
+        static const char* order[] = {"client", "year", "period", "item", "group", "account",
+                                      "template", "cashbook", "cashbookItem", "allowance",
+                                      "inventory"};
+        for (const char* name : order) {
+            if (!arg.contains(name)) continue;
+            ListController* controller = m_app.selection().byRecordName(name);
+            const Json& index = arg[name];
+            if (index.is_null()) {
+                controller->setSelectionIndex(std::nullopt);
+            } else if (index.is_number_integer() && index.get<int64_t>() >= 0 &&
+                       static_cast<size_t>(index.get<int64_t>()) < controller->count()) {
+                controller->setSelectionIndex(index.get<int64_t>());
+            } else {
+                return std::string("keine Zeile ") + index.dump() + " in der Liste " + name +
+                       " (sie hat " + std::to_string(controller->count()) + ")";
+            }
+            m_app.selectionChanged();
+        }
+        for (auto it = arg.begin(); it != arg.end(); ++it)
+            if (!m_app.selection().byRecordName(it.key()))
+                return "unbekannte Liste \"" + it.key() + "\"";
+        return {};
+    }
+
+    std::string setProperty(const Json& arg) {
+        if (!arg.is_object() || !arg.contains("record") || !arg.contains("key"))
+            return "set braucht record, key und value";
+        std::string name = arg["record"].is_string() ? arg["record"].get<std::string>() : "";
+        ListController* controller = m_app.selection().byRecordName(name);
+        if (!controller) return "unbekannter Datensatz \"" + name + "\"";
+        core::Record* record = controller->selected();
+        if (!record) return "in der Liste " + name + " ist nichts ausgewählt";
+        if (!arg["key"].is_string()) return "key muss ein Text sein";
+        auto value = loadTaggedJson(arg.contains("value") ? arg["value"].dump() : "null");
+        if (!value) return value.error().message;
+        record->set(arg["key"].get<std::string>(), *value);
+        controller->rearrange();
+        return {};
+    }
+
+    std::string setField(const Json& arg) {
+        if (!arg.is_object() || !arg.contains("name") || !arg["name"].is_string())
+            return "field braucht name und value";
+        const Json& value = arg.contains("value") ? arg["value"] : Json();
+        m_fields[arg["name"].get<std::string>()] = value.is_string() ? value.get<std::string>() : value.dump();
+        return {};
+    }
+
+    std::string setSettings(const Json& arg) {
+        if (!arg.is_object()) return "settings braucht ein Objekt";
+        for (auto it = arg.begin(); it != arg.end(); ++it) {
+            auto value = loadTaggedJson(it.value().dump());
+            if (!value) return it.key() + ": " + value.error().message;
+            if (value->isAbsent()) m_settings.remove(it.key());
+            else m_settings.set(it.key(), *value);
+        }
+        return {};
+    }
+
+    std::string queueAnswers(const Json& arg) {
+        if (!arg.is_array()) return "answer braucht eine Liste";
+        for (const Json& a : arg) {
+            if (!a.is_number_integer() || a.get<int>() < 0 || a.get<int>() > 2)
+                return "eine Antwort ist 0, 1 oder 2";
+            m_ui.queueAnswer(a.get<int>());
+        }
+        return {};
+    }
+
+    std::string queueChoices(const Json& arg) {
+        if (!arg.is_array()) return "choose braucht eine Liste";
+        for (const Json& c : arg) {
+            if (c.is_null()) m_ui.queueChoice(std::nullopt);
+            else if (c.is_string()) m_ui.queueChoice(c.get<std::string>());
+            else return "eine Wahl ist ein Pfad oder null";
+        }
+        return {};
+    }
+
+    std::string doCommand(const Json& arg, const Json& command) {
+        if (!arg.is_string()) return "do braucht den Namen eines Befehls";
+        CommandSender sender;
+        if (command.contains("tag") && command["tag"].is_number_integer()) sender.tag = command["tag"].get<int>();
+        if (!m_app.commands().run(arg.get<std::string>(), sender))
+            return "unbekannter Befehl \"" + arg.get<std::string>() + "\"";
+        return {};
+    }
+
+    EventLog m_log;
+    ScriptedUi m_ui;
+    VirtualScheduler m_scheduler;
+    VirtualClock m_clock;
+    RecordingClipboard m_clipboard;
+    RecordingWorkspace m_workspace;
+    Places m_places;
+    core::Settings m_settings;
+    App m_app;
+    std::map<std::string, std::string> m_fields;
+};
+
+} // namespace
+
+int runScript(std::istream& script, std::ostream& out) {
+    ScriptDriver driver(out);
+    return driver.run(script);
+}
+
+int runScriptFile(const std::string& path, std::ostream& out) {
+    if (path == "-") return runScript(std::cin, out);
+    std::ifstream in(path);
+    if (!in) {
+        EventLog log(out);
+        log.error(path + ": das Skript kann nicht gelesen werden");
+        return 3;
+    }
+    return runScript(in, out);
+}
+
+core::Result<void> writeArchiveFile(const std::string& path, const core::Value& root) {
+    return core::writeFileAtomically(path, core::encodeKeyedArchive(root));
+}
+
+std::optional<std::string> loadSettingsSafely(core::Settings& settings) {
+    auto loaded = settings.load();
+    if (loaded) return std::nullopt;
+    std::error_code ec;
+    auto stamp = std::chrono::duration_cast<std::chrono::seconds>(
+                     std::chrono::system_clock::now().time_since_epoch()).count();
+    std::filesystem::path aside = settings.file();
+    aside += ".unlesbar-" + std::to_string(stamp);
+    std::filesystem::rename(settings.file(), aside, ec);
+    return "Die Einstellungen konnten nicht gelesen werden (" + loaded.error().message +
+           "). Die Datei wurde als „" + aside.string() +
+           "“ beiseitegelegt; Zifora beginnt mit leeren Einstellungen.";
+}
+
+} // namespace zifora::shell
