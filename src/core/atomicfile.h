@@ -1,0 +1,29 @@
+#pragma once
+// Whole-file reads and crash-safe whole-file writes.
+
+#include "core/error.h"
+
+#include <cstdint>
+#include <filesystem>
+#include <string>
+#include <string_view>
+
+namespace zifora::core {
+
+/// Files above this size are refused by `readWholeFile`.
+inline constexpr uint64_t kMaxWholeFileSize = uint64_t{2} << 30; // 2 GiB
+
+/// Replaces the file at `path` with `bytes` so that, whatever happens, the file is either
+/// the old one or the new one, whole: the bytes go to a temporary file in the same folder,
+/// which is synced and then renamed over the target, and the folder is synced last.
+/// The new file keeps the permission bits of the file it replaces. If `path` is a symbolic
+/// link, the file it points to is replaced and the link stays. On failure the temporary file
+/// is removed, the old file is untouched, and the error names the path and the cause.
+[[nodiscard]] Result<void> writeFileAtomically(const std::filesystem::path& path,
+                                               std::string_view bytes);
+
+/// The whole content of the file at `path`. A missing, unreadable or non-regular file, or
+/// one larger than `kMaxWholeFileSize`, gives an error naming the path and the cause.
+[[nodiscard]] Result<std::string> readWholeFile(const std::filesystem::path& path);
+
+} // namespace zifora::core
