@@ -95,6 +95,7 @@ Value& Value::operator=(const Value& o) noexcept {
         o.retainPayload();
         releasePayload();
         m_kind = o.m_kind;
+        m_slot = o.m_slot;
         m_u = o.m_u;
     }
     return *this;
@@ -104,6 +105,7 @@ Value& Value::operator=(Value&& o) noexcept {
     if (this != &o) {
         releasePayload();
         m_kind = o.m_kind;
+        m_slot = o.m_slot;
         m_u = o.m_u;
         o.m_kind = Kind::Absent;
         o.m_u.p = nullptr;

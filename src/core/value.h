@@ -164,7 +164,9 @@ class Value {
     [[nodiscard]] bool holdsShared() const;
 
     Kind m_kind;
-    uint32_t m_slot = 0; // key id while the value sits in a Properties table
+    // The key id while the value sits in a Properties table; copied with the value, so
+    // that the table stays right when its vector moves elements.
+    uint32_t m_slot = 0;
     union {
         float f;
         int32_t i;

@@ -430,11 +430,13 @@ void appendJsonString(std::string& out, std::string_view text) {
 }
 
 std::string isoDate(core::Date date) {
-    double t = date.unixSeconds();
-    if (!std::isfinite(t) || t < -62135596800.0 || t >= 253402300800.0) return {};
+    // Whole seconds and the fraction are split in the archive's own time base, so that
+    // the fraction is exact and the text reads back to the very same double.
+    double t = date.sinceReferenceDate;
+    if (!std::isfinite(t) || t < -63113904000.0 || t >= 252423993600.0) return {};
     double whole = std::floor(t);
     double fraction = t - whole;
-    auto seconds = static_cast<int64_t>(whole);
+    auto seconds = static_cast<int64_t>(whole) + static_cast<int64_t>(core::Date::kUnixOffset);
     int64_t days = seconds >= 0 ? seconds / 86400 : (seconds - 86399) / 86400;
     int64_t rest = seconds - days * 86400;
     int64_t y = 0;
@@ -474,8 +476,9 @@ core::Result<core::Date> parseIsoDate(std::string_view text) {
     if (rest != "Z" && rest != "+00:00" && !rest.empty())
         return core::fail("\"" + str + "\" must be given in UTC (ending in Z)");
     int64_t days = daysFromCivil(y, static_cast<unsigned>(mo), static_cast<unsigned>(d));
-    double whole = static_cast<double>(days * 86400 + h * 3600 + mi * 60 + s);
-    return core::Date::fromUnix(whole + fraction);
+    int64_t unix = days * 86400 + h * 3600 + mi * 60 + s;
+    auto whole = static_cast<double>(unix - static_cast<int64_t>(core::Date::kUnixOffset));
+    return core::Date{whole + fraction};
 }
 
 std::string dumpJson(const Value& root) {

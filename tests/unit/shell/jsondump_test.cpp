@@ -1,0 +1,77 @@
+#include "core/keyedarchive.h"
+#include "core/record.h"
+#include "shell/jsondump.h"
+
+#include <gtest/gtest.h>
+
+#include <bit>
+#include <cmath>
+#include <cstring>
+
+using namespace zifora;
+using core::Value;
+
+TEST(JsonDump, FloatsAreShortestTextsThatReadBackBitForBit) {
+    // Walk through many float bit patterns, including awkward ones near rounding edges.
+    uint32_t bits = 0x3f800000u;
+    for (int i = 0; i < 20000; ++i) {
+        bits = bits * 1664525u + 1013904223u;
+        float f = std::bit_cast<float>(bits);
+        if (!std::isfinite(f)) continue;
+        auto back = shell::loadTaggedJson(shell::taggedJson(Value::floatValue(f)));
+        ASSERT_TRUE(back.has_value());
+        ASSERT_EQ(std::bit_cast<uint32_t>(back->asFloat()), bits) << shell::taggedJson(Value::floatValue(f));
+    }
+    EXPECT_EQ(shell::taggedJson(Value::floatValue(0.1f)), "{\"float\":0.1}");
+    EXPECT_EQ(shell::taggedJson(Value::floatValue(19)), "{\"float\":19}");
+    EXPECT_EQ(shell::taggedJson(Value::floatValue(NAN)), "{\"float\":\"nan\"}");
+}
+
+TEST(JsonDump, DatesAreIsoUtcAndExact) {
+    core::Date d = core::Date::fromUnix(1704153600.25); // 2024-01-02T00:00:00.25Z
+    EXPECT_EQ(shell::isoDate(d), "2024-01-02T00:00:00.250Z");
+    for (double t : {0.0, -1.5, 725846400.123456789, 1e9 + 1.0 / 3.0, -3e10}) {
+        core::Date date{t};
+        auto back = shell::parseIsoDate(shell::isoDate(date));
+        ASSERT_TRUE(back.has_value()) << shell::isoDate(date);
+        EXPECT_EQ(back->sinceReferenceDate, t) << shell::isoDate(date);
+    }
+    EXPECT_FALSE(shell::parseIsoDate("2024-13-01T00:00:00Z").has_value());
+    EXPECT_FALSE(shell::parseIsoDate("2024-01-01T00:00:00+02:00").has_value());
+    // Dates beyond the calendar's four-digit years are kept as plain numbers.
+    EXPECT_EQ(shell::taggedJson(Value::date(core::Date{1e300})), "{\"date\":1e+300}");
+}
+
+TEST(JsonDump, DumpLoadDumpIsTheIdentity) {
+    auto client = core::Record::make(core::RecordClass::Client, core::Date{1000.5});
+    auto year = core::Record::make(core::RecordClass::Year, core::Date{1000.5});
+    client->theYears().push_back(year);
+    auto item = core::Record::make(core::RecordClass::Item, core::Date{-5});
+    item->set("misc6", Value::dict({{"a", Value::array({Value::integer(INT64_MIN), Value::data("\x01\xff")})}}));
+    item->set("amount", Value::floatValue(119.99f));
+    item->set("title", Value::string("Zeile \"1\"\n\tmit Ümlaut 😀"));
+    client->items().push_back(item);
+    auto foreign = core::Record::makeForeign("NSColor", {"NSColor", "NSObject"});
+    foreign->set("NSRGB", Value::data("0 0 0"));
+    Value root = Value::dict({{"clients", Value::array({Value::record(client)})},
+                              {"extra", Value::record(foreign)}});
+    std::string first = shell::dumpJson(root);
+    auto loaded = shell::loadJson(first);
+    ASSERT_TRUE(loaded.has_value()) << loaded.error().message;
+    EXPECT_EQ(shell::dumpJson(*loaded), first);
+    // And through the archive as well.
+    auto decoded = core::decodeKeyedArchive(core::encodeKeyedArchive(*loaded));
+    ASSERT_TRUE(decoded.has_value()) << decoded.error().message;
+    EXPECT_EQ(shell::dumpJson(*decoded), first);
+}
+
+TEST(JsonDump, LoadRefusesMalformedInputWithItsPlace) {
+    auto wrongKind = shell::loadJson(R"({"clients":[{"class":"Client","properties":{"company":{"strng":"x"}}}]})");
+    ASSERT_FALSE(wrongKind.has_value());
+    EXPECT_NE(wrongKind.error().message.find("clients[0].properties.company"), std::string::npos);
+    EXPECT_FALSE(shell::loadJson("{\"clients\":[1]}").has_value());
+    EXPECT_FALSE(shell::loadJson("not json").has_value());
+    EXPECT_FALSE(shell::loadTaggedJson(R"({"int":3000000000})").has_value());
+    EXPECT_FALSE(shell::loadTaggedJson(R"({"integer":18446744073709551615})").has_value());
+    EXPECT_TRUE(shell::loadTaggedJson(R"({"integer":-9223372036854775808})").has_value());
+}
