@@ -80,9 +80,11 @@ fs::path resolveTarget(const fs::path& path) {
 fs::path temporaryName(const fs::path& target, unsigned attempt) {
     static std::atomic<unsigned> counter{0};
     auto ticks = std::chrono::steady_clock::now().time_since_epoch().count();
-    std::string name = "." + target.filename().string() + ".tmp-" + std::to_string(::getpid()) +
-                       "-" + std::to_string(counter.fetch_add(1)) + "-" +
-                       std::to_string((static_cast<unsigned long long>(ticks) + attempt) % 1000000);
+    std::string name = ".";
+    name += target.filename().string();
+    name += ".tmp-" + std::to_string(::getpid());
+    name += "-" + std::to_string(counter.fetch_add(1));
+    name += "-" + std::to_string((static_cast<unsigned long long>(ticks) + attempt) % 1000000);
     return target.parent_path() / name;
 }
 

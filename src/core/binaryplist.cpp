@@ -11,6 +11,27 @@ constexpr size_t kTrailerSize = 32;
 constexpr size_t kHeaderSize = 8;
 
 uint64_t readBigEndian(std::string_view bytes, uint64_t pos, unsigned width) {
+    // The widths a file uses, read whole; the loop serves any other.
+    const char* at = bytes.data() + pos;
+    switch (width) {
+    case 1: return static_cast<unsigned char>(*at);
+    case 2: {
+        uint16_t v;
+        std::memcpy(&v, at, 2);
+        return std::endian::native == std::endian::little ? __builtin_bswap16(v) : v;
+    }
+    case 4: {
+        uint32_t v;
+        std::memcpy(&v, at, 4);
+        return std::endian::native == std::endian::little ? __builtin_bswap32(v) : v;
+    }
+    case 8: {
+        uint64_t v;
+        std::memcpy(&v, at, 8);
+        return std::endian::native == std::endian::little ? __builtin_bswap64(v) : v;
+    }
+    default: break;
+    }
     uint64_t v = 0;
     for (unsigned i = 0; i < width; ++i)
         v = (v << 8) | static_cast<unsigned char>(bytes[pos + i]);
@@ -208,7 +229,8 @@ Result<PlistObject> BinaryPlistReader::object(uint64_t index, bool withText) con
     const uint64_t pos = *offResult;
     const auto marker = static_cast<uint8_t>(m_bytes[pos]);
     const uint8_t low = marker & 0x0F;
-    const std::string where = "object " + std::to_string(index);
+    // Built only for an error message: a load reads millions of objects.
+    auto where = [index] { return "object " + std::to_string(index); };
     auto need = [&](uint64_t from, uint64_t size) -> bool {
         return from <= m_tableOffset && size <= m_tableOffset - from;
     };
@@ -222,13 +244,13 @@ Result<PlistObject> BinaryPlistReader::object(uint64_t index, bool withText) con
         } else if (marker == 0x00) {
             obj.type = PlistType::Null;
         } else {
-            return std::unexpected(error(where + " has an unsupported marker"));
+            return std::unexpected(error(where() + " has an unsupported marker"));
         }
         return obj;
     case 0x1: {
-        if (low > 4) return std::unexpected(error(where + " is an integer of impossible width"));
+        if (low > 4) return std::unexpected(error(where() + " is an integer of impossible width"));
         unsigned width = 1u << low;
-        if (!need(pos + 1, width)) return std::unexpected(error(where + " is cut off"));
+        if (!need(pos + 1, width)) return std::unexpected(error(where() + " is cut off"));
         obj.type = PlistType::Integer;
         // 16-byte integers keep their low 64 bits.
         obj.integer = static_cast<int64_t>(
@@ -237,9 +259,9 @@ Result<PlistObject> BinaryPlistReader::object(uint64_t index, bool withText) con
     }
     case 0x2: {
         if (low != 2 && low != 3)
-            return std::unexpected(error(where + " is a real of impossible width"));
+            return std::unexpected(error(where() + " is a real of impossible width"));
         unsigned width = 1u << low;
-        if (!need(pos + 1, width)) return std::unexpected(error(where + " is cut off"));
+        if (!need(pos + 1, width)) return std::unexpected(error(where() + " is cut off"));
         uint64_t bits = readBigEndian(m_bytes, pos + 1, width);
         if (width == 4) {
             obj.type = PlistType::Real32;
@@ -251,8 +273,8 @@ Result<PlistObject> BinaryPlistReader::object(uint64_t index, bool withText) con
         return obj;
     }
     case 0x3: {
-        if (marker != 0x33) return std::unexpected(error(where + " is a malformed date"));
-        if (!need(pos + 1, 8)) return std::unexpected(error(where + " is cut off"));
+        if (marker != 0x33) return std::unexpected(error(where() + " is a malformed date"));
+        if (!need(pos + 1, 8)) return std::unexpected(error(where() + " is cut off"));
         obj.type = PlistType::Date;
         obj.real = std::bit_cast<double>(readBigEndian(m_bytes, pos + 1, 8));
         return obj;
@@ -264,9 +286,9 @@ Result<PlistObject> BinaryPlistReader::object(uint64_t index, bool withText) con
         if (!len) return std::unexpected(len.error());
         auto [count, start] = *len;
         const bool utf16 = (marker >> 4) == 0x6;
-        if (utf16 && count > (UINT64_MAX / 2)) return std::unexpected(error(where + " is too long"));
+        if (utf16 && count > (UINT64_MAX / 2)) return std::unexpected(error(where() + " is too long"));
         uint64_t bytes = utf16 ? count * 2 : count;
-        if (!need(start, bytes)) return std::unexpected(error(where + " runs past its table"));
+        if (!need(start, bytes)) return std::unexpected(error(where() + " runs past its table"));
         obj.type = (marker >> 4) == 0x4 ? PlistType::Data : PlistType::String;
         if (!withText) return obj;
         if (utf16) {
@@ -281,10 +303,10 @@ Result<PlistObject> BinaryPlistReader::object(uint64_t index, bool withText) con
     }
     case 0x8: {
         unsigned width = low + 1u;
-        if (!need(pos + 1, width)) return std::unexpected(error(where + " is cut off"));
+        if (!need(pos + 1, width)) return std::unexpected(error(where() + " is cut off"));
         uint64_t v = width > 8 ? readBigEndian(m_bytes, pos + 1 + width - 8, 8)
                                : readBigEndian(m_bytes, pos + 1, width);
-        if (v > 0xFFFFFFFFull) return std::unexpected(error(where + " is a reference beyond range"));
+        if (v > 0xFFFFFFFFull) return std::unexpected(error(where() + " is a reference beyond range"));
         obj.type = PlistType::Uid;
         obj.integer = static_cast<int64_t>(v);
         return obj;
@@ -299,14 +321,14 @@ Result<PlistObject> BinaryPlistReader::object(uint64_t index, bool withText) con
         uint64_t refs = dict ? count * 2 : count;
         if (count > m_tableOffset || refs > m_tableOffset / m_refSize ||
             !need(start, refs * m_refSize))
-            return std::unexpected(error(where + " claims " + std::to_string(count) +
+            return std::unexpected(error(where() + " claims " + std::to_string(count) +
                                          " members, more than the file holds"));
         obj.type = dict ? PlistType::Dict : ((marker >> 4) == 0xA ? PlistType::Array : PlistType::Set);
         obj.refs.resize(refs);
         for (uint64_t i = 0; i < refs; ++i) {
             uint64_t ref = readBigEndian(m_bytes, start + i * m_refSize, m_refSize);
             if (ref >= m_count)
-                return std::unexpected(error(where + " refers to object " + std::to_string(ref) +
+                return std::unexpected(error(where() + " refers to object " + std::to_string(ref) +
                                              ", but there are " + std::to_string(m_count)));
             obj.refs[i] = ref;
         }
@@ -314,7 +336,7 @@ Result<PlistObject> BinaryPlistReader::object(uint64_t index, bool withText) con
     }
     default: break;
     }
-    return std::unexpected(error(where + " has an unknown marker"));
+    return std::unexpected(error(where() + " has an unknown marker"));
 }
 
 // ---------------------------------------------------------------------------------------
@@ -440,35 +462,94 @@ uint64_t BinaryPlistWriter::addDict(std::span<const uint64_t> keys,
     return index;
 }
 
+namespace {
+
+// Writes `v` as `width` big-endian bytes at `p`; returns the position after them.
+char* putBigEndian(char* p, uint64_t v, unsigned width) {
+    if constexpr (std::endian::native == std::endian::little) {
+        switch (width) {
+        case 1: *p = static_cast<char>(v); return p + 1;
+        case 2: {
+            const uint16_t b = __builtin_bswap16(static_cast<uint16_t>(v));
+            std::memcpy(p, &b, 2);
+            return p + 2;
+        }
+        case 4: {
+            const uint32_t b = __builtin_bswap32(static_cast<uint32_t>(v));
+            std::memcpy(p, &b, 4);
+            return p + 4;
+        }
+        case 8: {
+            const uint64_t b = __builtin_bswap64(v);
+            std::memcpy(p, &b, 8);
+            return p + 8;
+        }
+        default: break;
+        }
+    }
+    for (unsigned i = width; i > 0; --i) *p++ = static_cast<char>((v >> (8 * (i - 1))) & 0xFF);
+    return p;
+}
+
+// The bytes `appendMarkerWithLength` writes.
+uint64_t markerSize(uint64_t length) { return length < 15 ? 1 : 2 + widthFor(length); }
+
+char* putMarkerWithLength(char* p, uint8_t type, uint64_t length) {
+    if (length < 15) {
+        *p++ = static_cast<char>(type | length);
+        return p;
+    }
+    *p++ = static_cast<char>(type | 0x0F);
+    const unsigned width = widthFor(length);
+    *p++ = static_cast<char>(0x10 | std::countr_zero(width));
+    return putBigEndian(p, length, width);
+}
+
+} // namespace
+
 std::string BinaryPlistWriter::finish(uint64_t top) const {
     const uint64_t count = m_objects.size();
     // Like the platform's writer, the reference width is chosen on the object count.
     const unsigned refSize = widthFor(count);
-    std::string out;
-    out.reserve(m_scalarBytes.size() + m_refs.size() * refSize + count * 16 + 64);
-    out += "bplist00";
-    std::vector<uint64_t> offsets(count);
-    for (uint64_t i = 0; i < count; ++i) {
-        offsets[i] = out.size();
-        const Entry& e = m_objects[i];
+    // The size of every part first, so that the file is written straight into one buffer.
+    uint64_t tableOffset = kHeaderSize;
+    for (const Entry& e : m_objects) {
         if (e.marker == 0) {
-            out.append(m_scalarBytes, e.scalarBegin, e.scalarLength);
-            continue;
+            tableOffset += e.scalarLength;
+        } else {
+            const uint64_t members = e.marker == 0xD0 ? e.refsCount / 2 : e.refsCount;
+            tableOffset += markerSize(members) + e.refsCount * refSize;
         }
-        uint64_t members = e.marker == 0xD0 ? e.refsCount / 2 : e.refsCount;
-        appendMarkerWithLength(out, e.marker, members);
-        for (uint64_t r = 0; r < e.refsCount; ++r)
-            appendBigEndian(out, m_refs[e.refsBegin + r], refSize);
     }
-    const uint64_t tableOffset = out.size();
     const unsigned offsetSize = widthFor(tableOffset);
-    for (uint64_t off : offsets) appendBigEndian(out, off, offsetSize);
-    out.append(6, '\0');
-    out += static_cast<char>(offsetSize);
-    out += static_cast<char>(refSize);
-    appendBigEndian(out, count, 8);
-    appendBigEndian(out, top, 8);
-    appendBigEndian(out, tableOffset, 8);
+    const uint64_t total = tableOffset + count * offsetSize + kTrailerSize;
+    std::string out;
+    out.resize_and_overwrite(total, [&](char* begin, size_t) {
+        char* p = begin;
+        std::memcpy(p, "bplist00", kHeaderSize);
+        p += kHeaderSize;
+        char* table = begin + tableOffset;
+        for (const Entry& e : m_objects) {
+            table = putBigEndian(table, static_cast<uint64_t>(p - begin), offsetSize);
+            if (e.marker == 0) {
+                std::memcpy(p, m_scalarBytes.data() + e.scalarBegin, e.scalarLength);
+                p += e.scalarLength;
+                continue;
+            }
+            const uint64_t members = e.marker == 0xD0 ? e.refsCount / 2 : e.refsCount;
+            p = putMarkerWithLength(p, e.marker, members);
+            for (uint64_t r = 0; r < e.refsCount; ++r)
+                p = putBigEndian(p, m_refs[e.refsBegin + r], refSize);
+        }
+        std::memset(table, 0, 6);
+        table += 6;
+        *table++ = static_cast<char>(offsetSize);
+        *table++ = static_cast<char>(refSize);
+        table = putBigEndian(table, count, 8);
+        table = putBigEndian(table, top, 8);
+        putBigEndian(table, tableOffset, 8);
+        return total;
+    });
     return out;
 }
 

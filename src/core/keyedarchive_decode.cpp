@@ -4,6 +4,7 @@
 #include "core/keyedarchive.h"
 #include "core/record.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <fstream>
 #include <limits>
@@ -14,7 +15,13 @@ namespace zifora::core {
 namespace {
 
 constexpr int kMaxDepth = 200;
+// Shared objects make a small file stand for a large tree (each level of "[x, x]" doubles
+// it), and whoever walks or writes the tree pays for its full size. An archive may stand for
+// this many values per byte, or for the floor, whichever is more.
+constexpr uint64_t kValuesPerByte = 16;
+constexpr uint64_t kValueFloor = uint64_t{1} << 20;
 constexpr uint32_t kNoKey = std::numeric_limits<uint32_t>::max();
+constexpr uint32_t kNoUid = std::numeric_limits<uint32_t>::max();
 
 /// The class of an archived object, as its class dictionary names it.
 struct ClassDesc {
@@ -24,7 +31,8 @@ struct ClassDesc {
 
 class Decoder {
   public:
-    explicit Decoder(const BinaryPlistReader& reader) : m_r(reader) {}
+    Decoder(const BinaryPlistReader& reader, uint64_t fileSize)
+        : m_r(reader), m_valueLimit(std::max(kValueFloor, fileSize * kValuesPerByte)) {}
 
     Result<Value> run() {
         auto top = m_r.object(m_r.topObject());
@@ -58,6 +66,8 @@ class Decoder {
         m_cache.assign(m_objects.size(), Value{});
         m_state.assign(m_objects.size(), State::Unread);
         m_keyIds.assign(m_objects.size(), kNoKey);
+        m_uidAtPlist.assign(m_r.objectCount(), kNoUid);
+        m_sizes.assign(m_objects.size(), 0);
 
         auto topObject = m_r.object(topDict);
         if (!topObject) return std::unexpected(topObject.error());
@@ -83,28 +93,50 @@ class Decoder {
     Result<uint32_t> uidAt(uint64_t plistIndex) const {
         auto obj = m_r.object(plistIndex, /*withText=*/false);
         if (!obj) return std::unexpected(obj.error());
-        if (obj->type != PlistType::Uid) return failure("a reference is expected, but found a value");
-        if (static_cast<uint64_t>(obj->integer) >= m_objects.size())
-            return failure("a reference to object " + std::to_string(obj->integer) +
+        return uidOf(*obj);
+    }
+
+    Result<uint32_t> uidOf(const PlistObject& obj) const {
+        if (obj.type != PlistType::Uid) return failure("a reference is expected, but found a value");
+        if (static_cast<uint64_t>(obj.integer) >= m_objects.size())
+            return failure("a reference to object " + std::to_string(obj.integer) +
                            ", but there are " + std::to_string(m_objects.size()));
-        return static_cast<uint32_t>(obj->integer);
+        return static_cast<uint32_t>(obj.integer);
     }
 
     // A member of an object dictionary: a reference, or a value written in place.
     Result<Value> member(uint64_t plistIndex, int depth) {
-        auto type = m_r.typeOf(plistIndex);
-        if (!type) return std::unexpected(type.error());
-        if (*type == PlistType::Uid) {
-            auto uid = uidAt(plistIndex);
+        // A reference read once is remembered: values refer to a few shared references.
+        if (m_uidAtPlist[plistIndex] != kNoUid) return decode(m_uidAtPlist[plistIndex], depth + 1);
+        // One read serves the common case, a reference; only texts are read a second time.
+        auto obj = m_r.object(plistIndex, /*withText=*/false);
+        if (!obj) return std::unexpected(obj.error());
+        if (obj->type == PlistType::Uid) {
+            auto uid = uidOf(*obj);
             if (!uid) return std::unexpected(uid.error());
+            m_uidAtPlist[plistIndex] = *uid;
             return decode(*uid, depth + 1);
         }
-        auto obj = m_r.object(plistIndex);
-        if (!obj) return std::unexpected(obj.error());
+        if (obj->type == PlistType::String || obj->type == PlistType::Data) {
+            obj = m_r.object(plistIndex);
+            if (!obj) return std::unexpected(obj.error());
+        }
         return inlineValue(*obj, depth);
     }
 
+    // Counts `n` values of the tree being built; refuses when the tree grows too large.
+    Result<void> count(uint64_t n) {
+        m_valueCount += n;
+        if (m_valueCount > m_valueLimit)
+            return failure("the archive stands for more than " + std::to_string(m_valueLimit) +
+                           " values (its objects are shared too often)");
+        return {};
+    }
+
     Result<Value> inlineValue(const PlistObject& obj, int depth) {
+        if (auto counted = count(1); !counted) return std::unexpected(counted.error());
+        // Plain lists may contain themselves or nest without end, just like objects.
+        if (depth > kMaxDepth) return failure("the values are nested too deeply");
         switch (obj.type) {
         case PlistType::Null: return Value{};
         case PlistType::Bool: return Value::boolean(obj.boolean);
@@ -126,15 +158,15 @@ class Decoder {
             return Value::array(std::move(elements));
         }
         case PlistType::Dict: {
-            DictEntries entries;
+            EntryCollector entries;
             for (size_t i = 0; i < obj.count(); ++i) {
                 auto key = m_r.string(obj.refs[i]);
                 if (!key) return std::unexpected(key.error());
                 auto v = member(obj.refs[obj.count() + i], depth + 1);
                 if (!v) return v;
-                if (!v->isAbsent()) entries.emplace_back(std::move(*key), std::move(*v));
+                if (!v->isAbsent()) entries.put(std::move(*key), std::move(*v));
             }
-            return Value::dict(std::move(entries));
+            return entries.take();
         }
         }
         return Value{};
@@ -151,12 +183,18 @@ class Decoder {
     Result<Value> decode(uint32_t uid, int depth) {
         if (uid == 0) return Value{};
         if (depth > kMaxDepth) return failure("the objects are nested too deeply");
-        if (m_state[uid] == State::Done) return m_cache[uid];
+        if (m_state[uid] == State::Done) {
+            if (auto counted = count(m_sizes[uid]); !counted)
+                return std::unexpected(counted.error());
+            return m_cache[uid];
+        }
         if (m_state[uid] == State::Reading)
             return failure("object " + std::to_string(uid) + " contains itself");
         m_state[uid] = State::Reading;
+        const uint64_t countBefore = m_valueCount;
         auto result = decodeFresh(uid, depth);
         if (!result) return result;
+        m_sizes[uid] = std::max<uint64_t>(1, m_valueCount - countBefore);
         m_cache[uid] = *result;
         m_state[uid] = State::Done;
         return result;
@@ -178,7 +216,7 @@ class Decoder {
         if (!classRef) return inlineValue(*obj, depth);
         auto cls = classOf(*classRef);
         if (!cls) return std::unexpected(cls.error());
-        return decodeObject(uid, *cls, fields, depth);
+        return decodeObject(uid, **cls, fields, depth);
     }
 
     using ObjectFields = std::vector<std::pair<std::string, uint64_t>>;
@@ -189,10 +227,11 @@ class Decoder {
         return nullptr;
     }
 
-    Result<ClassDesc> classOf(uint64_t classRef) {
+    // The description stays in the cache, whose entries never move, for the whole decode.
+    Result<const ClassDesc*> classOf(uint64_t classRef) {
         auto uid = uidAt(classRef);
         if (!uid) return std::unexpected(uid.error());
-        if (auto it = m_classCache.find(*uid); it != m_classCache.end()) return it->second;
+        if (auto it = m_classCache.find(*uid); it != m_classCache.end()) return &it->second;
         auto obj = m_r.object(m_objects[*uid]);
         if (!obj) return std::unexpected(obj.error());
         if (obj->type != PlistType::Dict) return failure("a class description is not a dictionary");
@@ -216,8 +255,7 @@ class Decoder {
             }
         }
         if (desc.name.empty()) return failure("a class description has no class name");
-        m_classCache.emplace(*uid, desc);
-        return desc;
+        return &m_classCache.emplace(*uid, std::move(desc)).first->second;
     }
 
     // The references of an inline list of an object ("NS.objects", "NS.keys").
@@ -302,6 +340,36 @@ class Decoder {
         return std::pair{std::move(*keys), std::move(*values)};
     }
 
+    // The value references of a dictionary whose keys are already known, checked as
+    // `dictRefs` checks them; the key references stay empty.
+    Result<std::pair<std::vector<uint64_t>, std::vector<uint64_t>>>
+    valueRefs(const ObjectFields& fields, size_t keyCount) {
+        auto values = refList(fields, "NS.objects");
+        if (!values) return std::unexpected(values.error());
+        if (keyCount != values->size())
+            return failure("a dictionary has " + std::to_string(keyCount) + " keys but " +
+                           std::to_string(values->size()) + " values");
+        return std::pair{std::vector<uint64_t>{}, std::move(*values)};
+    }
+
+    // Collects the entries of a dictionary. A key met twice keeps its place and takes the
+    // later value, as a dictionary does.
+    class EntryCollector {
+      public:
+        void put(std::string key, Value v) {
+            auto [it, fresh] = m_where.try_emplace(key, m_entries.size());
+            if (fresh)
+                m_entries.emplace_back(std::move(key), std::move(v));
+            else
+                m_entries[it->second].second = std::move(v);
+        }
+        Value take() { return Value::dict(std::move(m_entries)); }
+
+      private:
+        DictEntries m_entries;
+        std::unordered_map<std::string, size_t> m_where;
+    };
+
     // The text of a dictionary key; numbers are accepted as their decimal text.
     Result<std::string> keyText(uint64_t ref, int depth) {
         auto key = member(ref, depth);
@@ -309,31 +377,32 @@ class Decoder {
         if (key->kind() == Kind::String) return key->text();
         if (key->kind() == Kind::Int || key->kind() == Kind::Integer)
             return std::to_string(key->toInteger());
+        // The text "$null" reads as nothing where a value stands, but a key is always a text.
+        if (auto uid = uidAt(ref); uid && *uid != 0) {
+            auto text = m_r.string(m_objects[*uid]);
+            if (text && *text == "$null") return *text;
+        }
         return failure("a dictionary key is not a text");
     }
 
     Result<Value> decodeDict(const ObjectFields& fields, int depth) {
         auto refs = dictRefs(fields);
         if (!refs) return std::unexpected(refs.error());
-        DictEntries entries;
-        entries.reserve(refs->first.size());
+        EntryCollector entries;
         for (size_t i = 0; i < refs->first.size(); ++i) {
             auto key = keyText(refs->first[i], depth);
             if (!key) return std::unexpected(key.error());
             auto v = member(refs->second[i], depth);
             if (!v) return v;
-            if (v->isAbsent()) continue;
-            bool replaced = false;
-            for (auto& [k, old] : entries)
-                if (k == *key) old = std::move(*v), replaced = true;
-            if (!replaced) entries.emplace_back(std::move(*key), std::move(*v));
+            if (!v->isAbsent()) entries.put(std::move(*key), std::move(*v));
         }
-        return Value::dict(std::move(entries));
+        return entries.take();
     }
 
     // The interned key of a dictionary-key reference, cached per archive object.
-    Result<KeyId> internedKey(uint64_t ref, int depth) {
+    Result<KeyId> internedKey(uint64_t ref, int depth, bool* byReference = nullptr) {
         auto uid = uidAt(ref);
+        if (byReference) *byReference = uid.has_value();
         if (uid && m_keyIds[*uid] != kNoKey) return m_keyIds[*uid];
         auto text = keyText(ref, depth);
         if (!text) return std::unexpected(text.error());
@@ -348,27 +417,44 @@ class Decoder {
         if (*uid == 0) return {};
         auto obj = m_r.object(m_objects[*uid]);
         if (!obj) return std::unexpected(obj.error());
+        const std::string notADictionary =
+            std::string(record.className()) + " has properties that are not a dictionary";
+        // Only a dictionary holds keys and values; other kinds hold just members.
+        if (obj->type != PlistType::Dict) return failure(notADictionary);
         ObjectFields fields;
         for (size_t i = 0; i < obj->count(); ++i) {
             auto key = m_r.string(obj->refs[i]);
             if (!key) return std::unexpected(key.error());
             fields.emplace_back(std::move(*key), obj->refs[obj->count() + i]);
         }
-        if (obj->type != PlistType::Dict || !field(fields, "NS.keys"))
-            return failure(std::string(record.className()) + " has properties that are not a dictionary");
-        auto refs = dictRefs(fields);
+        if (!field(fields, "NS.keys")) return failure(notADictionary);
+        // Records of a class mostly share one keys array. Once each of its keys was read by
+        // reference, its key ids are known for good and need not be looked up again.
+        const uint64_t keysArray = *field(fields, "NS.keys");
+        const auto known = m_keysOfArray.find(keysArray);
+        const bool isKnown = known != m_keysOfArray.end();
+        auto refs = isKnown ? valueRefs(fields, known->second.size()) : dictRefs(fields);
         if (!refs) return std::unexpected(refs.error());
         Properties& props = record.properties();
-        props.reserve(refs->first.size());
-        for (size_t i = 0; i < refs->first.size(); ++i) {
-            auto key = internedKey(refs->first[i], depth + 1);
-            if (!key) return std::unexpected(key.error());
+        props.reserve(refs->second.size());
+        std::vector<KeyId> learned;
+        bool allByReference = !isKnown;
+        for (size_t i = 0; i < refs->second.size(); ++i) {
+            Result<KeyId> key = isKnown ? Result<KeyId>(known->second[i]) : Result<KeyId>();
+            if (!isKnown) {
+                bool byReference = false;
+                key = internedKey(refs->first[i], depth + 1, &byReference);
+                if (!key) return std::unexpected(key.error());
+                allByReference = allByReference && byReference;
+                learned.push_back(*key);
+            }
             auto v = member(refs->second[i], depth + 1);
             if (!v) return std::unexpected(v.error());
             if (v->kind() == Kind::Int && defaultKind(record.recordClass(), *key) == Kind::Integer)
                 *v = Value::integer(v->asInt());
             props.set(*key, std::move(*v));
         }
+        if (allByReference) m_keysOfArray.emplace(keysArray, std::move(learned));
         return {};
     }
 
@@ -430,7 +516,13 @@ class Decoder {
     std::vector<Value> m_cache;
     std::vector<State> m_state;
     std::vector<uint32_t> m_keyIds;
+    std::vector<uint32_t> m_uidAtPlist; // per plist object: the UID it holds, once read
+    std::vector<uint64_t> m_sizes;      // per object: the values its tree holds
+    uint64_t m_valueCount = 0;
+    uint64_t m_valueLimit;
     std::unordered_map<uint32_t, ClassDesc> m_classCache;
+    // Per plist array of dictionary keys: the interned keys, once all were read by reference.
+    std::unordered_map<uint64_t, std::vector<KeyId>> m_keysOfArray;
 };
 
 } // namespace
@@ -438,7 +530,7 @@ class Decoder {
 Result<Value> decodeKeyedArchive(std::string_view bytes, const std::string& context) {
     auto reader = BinaryPlistReader::open(bytes, context);
     if (!reader) return std::unexpected(reader.error());
-    Decoder decoder(*reader);
+    Decoder decoder(*reader, bytes.size());
     return decoder.run();
 }
 

@@ -5,6 +5,7 @@
 #include "core/record.h"
 
 #include <bit>
+#include <deque>
 #include <map>
 #include <unordered_map>
 
@@ -19,9 +20,73 @@ struct NumberKey {
 };
 struct NumberKeyHash {
     size_t operator()(const NumberKey& k) const noexcept {
-        return std::hash<uint64_t>{}(k.bits * 31 + static_cast<uint64_t>(k.kind));
+        // The finaliser of SplitMix64: float and date bits differ mostly in their high bits.
+        uint64_t z = k.bits * 31 + static_cast<uint64_t>(k.kind);
+        z = (z ^ (z >> 30)) * 0xBF58476D1CE4E5B9ull;
+        z = (z ^ (z >> 27)) * 0x94D049BB133111EBull;
+        return z ^ (z >> 31);
     }
 };
+
+/// An open-addressing table from a key to a UID. A large book makes millions of look-ups
+/// in hundreds of thousands of distinct values; one probe run in one array costs far less
+/// than a chain of nodes. UID 0 ("$null") is never stored, so it marks an empty slot.
+template <typename Key, typename Hash> class UidIndex {
+  public:
+    /// The UID of `key`, or 0.
+    [[nodiscard]] uint32_t find(const Key& key, size_t hash) const {
+        if (m_slots.empty()) return 0;
+        const size_t mask = m_slots.size() - 1;
+        for (size_t i = hash & mask;; i = (i + 1) & mask) {
+            const Slot& slot = m_slots[i];
+            if (slot.uid == 0) return 0;
+            if (slot.hash == hash && slot.key == key) return slot.uid;
+        }
+    }
+    [[nodiscard]] uint32_t find(const Key& key) const { return find(key, Hash{}(key)); }
+
+    /// Adds a key that is not yet in the table.
+    void insert(Key key, size_t hash, uint32_t uid) {
+        if ((m_used + 1) * 4 > m_slots.size() * 3) grow();
+        place(Slot{std::move(key), hash, uid});
+        ++m_used;
+    }
+    void insert(Key key, uint32_t uid) {
+        const size_t hash = Hash{}(key);
+        insert(std::move(key), hash, uid);
+    }
+
+  private:
+    struct Slot {
+        Key key{};
+        size_t hash = 0;
+        uint32_t uid = 0;
+    };
+
+    void place(Slot slot) {
+        const size_t mask = m_slots.size() - 1;
+        size_t i = slot.hash & mask;
+        while (m_slots[i].uid != 0) i = (i + 1) & mask;
+        m_slots[i] = std::move(slot);
+    }
+
+    void grow() {
+        std::vector<Slot> old = std::move(m_slots);
+        m_slots.assign(old.empty() ? 64 : old.size() * 2, Slot{});
+        for (Slot& slot : old)
+            if (slot.uid != 0) place(std::move(slot));
+    }
+
+    std::vector<Slot> m_slots;
+    size_t m_used = 0;
+};
+// Text-keyed maps that look up by string_view, so that no look-up builds a string.
+struct TextHash {
+    using is_transparent = void;
+    size_t operator()(std::string_view s) const noexcept { return std::hash<std::string_view>{}(s); }
+};
+template <typename T> using TextMap = std::unordered_map<std::string, T, TextHash, std::equal_to<>>;
+
 struct RefsHash {
     size_t operator()(const std::vector<uint64_t>& v) const noexcept {
         uint64_t h = 1469598103934665603ull;
@@ -72,7 +137,7 @@ class Encoder {
     }
 
     uint64_t plainString(std::string_view s) {
-        auto it = m_plainStrings.find(std::string(s));
+        auto it = m_plainStrings.find(s);
         if (it != m_plainStrings.end()) return it->second;
         uint64_t index = m_plist.addString(s);
         m_plainStrings.emplace(std::string(s), index);
@@ -81,13 +146,24 @@ class Encoder {
 
     uint32_t stringUid(std::string_view s) {
         if (s.empty() && m_emptyStringUid) return m_emptyStringUid;
-        auto it = m_strings.find(std::string(s));
-        if (it != m_strings.end()) return it->second;
+        const size_t hash = std::hash<std::string_view>{}(s);
+        if (uint32_t known = m_strings.find(s, hash)) return known;
         uint32_t uid = newUid(m_plist.addString(s));
-        m_strings.emplace(std::string(s), uid);
+        // The index keeps views; the texts themselves live in a deque, which never moves them.
+        m_stringTexts.emplace_back(s);
+        m_strings.insert(m_stringTexts.back(), hash, uid);
         if (s.empty()) m_emptyStringUid = uid;
         return uid;
     }
+
+    // The UID of a property key's text, remembered per interned key.
+    uint32_t keyUid(KeyId key) {
+        if (key >= m_keyUids.size()) m_keyUids.resize(key + 1, 0);
+        uint32_t& uid = m_keyUids[key];
+        if (uid == 0) uid = stringUid(keyName(key));
+        return uid;
+    }
+    uint32_t keyUid(std::string_view key) { return stringUid(key); }
 
     uint32_t numberUid(const Value& v) {
         NumberKey key{v.kind(), 0};
@@ -97,8 +173,7 @@ class Encoder {
         case Kind::Bool: key.bits = v.asBool(); break;
         default: key.bits = static_cast<uint64_t>(v.toInteger()); key.kind = Kind::Integer; break;
         }
-        auto it = m_numbers.find(key);
-        if (it != m_numbers.end()) return it->second;
+        if (uint32_t known = m_numbers.find(key)) return known;
         uint64_t object = 0;
         switch (v.kind()) {
         case Kind::Float: object = m_plist.addReal32(v.asFloat()); break;
@@ -107,12 +182,12 @@ class Encoder {
         default: object = m_plist.addInteger(v.toInteger()); break;
         }
         uint32_t uid = newUid(object);
-        m_numbers.emplace(key, uid);
+        m_numbers.insert(key, uid);
         return uid;
     }
 
     uint32_t classUid(std::string_view name, const std::vector<std::string>& chain) {
-        auto it = m_classes.find(std::string(name));
+        auto it = m_classes.find(name);
         if (it != m_classes.end()) return it->second;
         std::vector<uint64_t> names;
         if (chain.empty()) {
@@ -150,11 +225,11 @@ class Encoder {
     }
 
     uint32_t encodeDate(double t) {
-        auto it = m_dates.find(std::bit_cast<uint64_t>(t));
-        if (it != m_dates.end()) return it->second;
+        const NumberKey key{Kind::Date, std::bit_cast<uint64_t>(t)};
+        if (uint32_t known = m_dates.find(key)) return known;
         uint32_t uid = reserveUid();
         setObject(uid, classUid("NSDate", {}), {plainString("NS.time")}, {m_plist.addReal64(t)});
-        m_dates.emplace(std::bit_cast<uint64_t>(t), uid);
+        m_dates.insert(key, uid);
         return uid;
     }
 
@@ -177,10 +252,10 @@ class Encoder {
         std::vector<uint64_t> keyRefs, valueRefs;
         keyRefs.reserve(n);
         valueRefs.reserve(n);
-        forEach([&](std::string_view key, const Value& v) {
+        forEach([&](auto key, const Value& v) {
             uint32_t valueUid = encode(v);
             if (valueUid == 0) return; // absent values are not stored
-            keyRefs.push_back(uidRef(stringUid(key)));
+            keyRefs.push_back(uidRef(keyUid(key)));
             valueRefs.push_back(uidRef(valueUid));
         });
         uint64_t keysArray = sharedRefArray(std::move(keyRefs));
@@ -193,13 +268,13 @@ class Encoder {
     uint32_t encodeDict(const DictEntries& entries) {
         return encodeDictEntries(
             [&](auto&& f) {
-                for (const auto& [k, v] : entries) f(k, v);
+                for (const auto& [k, v] : entries) f(std::string_view(k), v);
             },
             entries.size());
     }
 
     uint32_t encodeProperties(const Properties& properties) {
-        return encodeDictEntries([&](auto&& f) { properties.forEach(f); }, properties.size());
+        return encodeDictEntries([&](auto&& f) { properties.forEachId(f); }, properties.size());
     }
 
     template <typename Range> uint32_t encodeArrayOf(const Range& range) {
@@ -275,12 +350,14 @@ class Encoder {
     uint64_t m_top = 0;
     std::vector<uint64_t> m_uidObjects;
     std::vector<uint64_t> m_uidRefs;
-    std::unordered_map<std::string, uint64_t> m_plainStrings;
-    std::unordered_map<std::string, uint32_t> m_strings;
+    TextMap<uint64_t> m_plainStrings;
+    std::deque<std::string> m_stringTexts;
+    UidIndex<std::string_view, std::hash<std::string_view>> m_strings;
+    std::vector<uint32_t> m_keyUids; // per interned key; 0 while not yet written
     uint32_t m_emptyStringUid = 0;
-    std::unordered_map<NumberKey, uint32_t, NumberKeyHash> m_numbers;
-    std::unordered_map<std::string, uint32_t> m_classes;
-    std::unordered_map<uint64_t, uint32_t> m_dates;
+    UidIndex<NumberKey, NumberKeyHash> m_numbers;
+    TextMap<uint32_t> m_classes;
+    UidIndex<NumberKey, NumberKeyHash> m_dates;
     std::unordered_map<std::string, uint32_t> m_images;
     std::unordered_map<std::vector<uint64_t>, uint64_t, RefsHash> m_refArrays;
 };

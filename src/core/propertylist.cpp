@@ -1,6 +1,7 @@
 #include "core/binaryplist.h"
 #include "core/xmlplist.h"
 
+#include <algorithm>
 #include <unordered_set>
 
 namespace zifora::core {
@@ -9,10 +10,17 @@ namespace {
 
 class PlistDecoder {
   public:
-    explicit PlistDecoder(const BinaryPlistReader& r) : m_r(r) {}
+    // A shared member is decoded once per use, so "[x, x]" nested 60 times would stand for
+    // 2^60 values: the tree may hold 16 values per byte of the file, or 2^20, whichever is more.
+    PlistDecoder(const BinaryPlistReader& r, uint64_t fileSize)
+        : m_r(r), m_valueLimit(std::max<uint64_t>(uint64_t{1} << 20, fileSize * 16)) {}
 
     Result<Value> decode(uint64_t index, int depth) {
         if (depth > 512) return fail(m_r.context() + ": the property list is nested too deeply");
+        if (++m_valueCount > m_valueLimit)
+            return fail(m_r.context() + ": the property list stands for more than " +
+                        std::to_string(m_valueLimit) +
+                        " values (its objects are shared too often)");
         auto obj = m_r.object(index);
         if (!obj) return std::unexpected(obj.error());
         switch (obj->type) {
@@ -63,6 +71,8 @@ class PlistDecoder {
 
     const BinaryPlistReader& m_r;
     std::unordered_set<uint64_t> m_path;
+    uint64_t m_valueCount = 0;
+    uint64_t m_valueLimit;
 };
 
 } // namespace
@@ -70,7 +80,7 @@ class PlistDecoder {
 Result<Value> decodeBinaryPlist(std::string_view bytes, const std::string& context) {
     auto reader = BinaryPlistReader::open(bytes, context);
     if (!reader) return std::unexpected(reader.error());
-    PlistDecoder decoder(*reader);
+    PlistDecoder decoder(*reader, bytes.size());
     return decoder.decode(reader->topObject(), 0);
 }
 
