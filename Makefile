@@ -30,7 +30,8 @@ asan-test: deps
 bench: build
 	./bench/run $(BUILD)
 
-fuzz: deps
+fuzz:
+	./scripts/install-deps --fuzz
 	./fuzz/run
 
 clean:
