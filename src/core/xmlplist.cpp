@@ -1,5 +1,7 @@
 #include "core/xmlplist.h"
 
+#include "core/utf8.h"
+
 #include <algorithm>
 #include <charconv>
 #include <chrono>
@@ -40,23 +42,6 @@ Decoded decodeUtf8(std::string_view text, size_t at) {
     return {cp, length};
 }
 
-void appendUtf8(std::string& out, char32_t cp) {
-    if (cp < 0x80) {
-        out += static_cast<char>(cp);
-    } else if (cp < 0x800) {
-        out += static_cast<char>(0xC0 | (cp >> 6));
-        out += static_cast<char>(0x80 | (cp & 0x3F));
-    } else if (cp < 0x10000) {
-        out += static_cast<char>(0xE0 | (cp >> 12));
-        out += static_cast<char>(0x80 | ((cp >> 6) & 0x3F));
-        out += static_cast<char>(0x80 | (cp & 0x3F));
-    } else {
-        out += static_cast<char>(0xF0 | (cp >> 18));
-        out += static_cast<char>(0x80 | ((cp >> 12) & 0x3F));
-        out += static_cast<char>(0x80 | ((cp >> 6) & 0x3F));
-        out += static_cast<char>(0x80 | (cp & 0x3F));
-    }
-}
 
 /// Characters an XML 1.0 document may contain as they stand.
 bool isXmlChar(char32_t cp) {
