@@ -111,7 +111,10 @@ App::App(Services services, Places places, core::Settings& settings)
       m_clients(std::make_shared<core::RecordList>()) {
     m_selection.items.setSortKey("date");
     registerCommands();
+    m_controllers = std::make_unique<Controllers>(*this);
 }
+
+App::~App() = default;
 
 int App::alert(const std::string& title, const std::string& text, std::vector<std::string> buttons,
                AlertStyle style) {
@@ -630,6 +633,13 @@ void App::doTheManualMigration() {
 
 void App::openMigrationHelp() {
     m_services.workspace.openFile(std::string(kProductSite) + "/migration/");
+}
+
+bool App::drag(const DragRequest& request) {
+    auto it = m_dragHandlers.find(request.list);
+    if (it == m_dragHandlers.end()) return false;
+    it->second(request);
+    return true;
 }
 
 // ---------------------------------------------------------------------------------------

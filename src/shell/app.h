@@ -5,11 +5,15 @@
 #include "core/record.h"
 #include "core/settings.h"
 #include "shell/commandregistry.h"
+#include "shell/controllers.h"
+#include "shell/formfields.h"
 #include "shell/places.h"
 #include "shell/selection.h"
 #include "shell/services.h"
 
 #include <functional>
+#include <map>
+#include <memory>
 #include <string>
 
 namespace zifora::shell {
@@ -17,6 +21,7 @@ namespace zifora::shell {
 class App {
   public:
     App(Services services, Places places, core::Settings& settings);
+    ~App();
     App(const App&) = delete;
     App& operator=(const App&) = delete;
 
@@ -84,6 +89,14 @@ class App {
     [[nodiscard]] const Places& places() const { return m_places; }
     [[nodiscard]] Services& services() { return m_services; }
     [[nodiscard]] CommandRegistry& commands() { return m_commands; }
+    [[nodiscard]] FormFields& fields() { return m_fields; }
+    /// Drop handlers by the name of the list the rows come from.
+    using DragHandler = std::function<void(const DragRequest&)>;
+    void addDragHandler(const std::string& list, DragHandler handler) {
+        m_dragHandlers[list] = std::move(handler);
+    }
+    /// Runs the drop; false when rows of that list can't be dragged.
+    bool drag(const DragRequest& request);
     [[nodiscard]] core::Date now() const { return m_services.clock.now(); }
     /// True once the database could not be read; nothing is saved for the rest of the run.
     [[nodiscard]] bool databaseUnreadable() const { return m_databaseUnreadable; }
@@ -109,12 +122,15 @@ class App {
     Places m_places;
     core::Settings& m_settings;
     CommandRegistry m_commands;
+    FormFields m_fields;
+    std::map<std::string, DragHandler> m_dragHandlers;
     Selection m_selection;
     core::ListPtr m_clients;
     std::string m_currentAccountID;
     core::Record* m_mirroredClient = nullptr;
     TimerId m_autoSaveTimer = 0;
     bool m_databaseUnreadable = false;
+    std::unique_ptr<Controllers> m_controllers; // last: they hold references into the App
     bool m_terminated = false;
 };
 

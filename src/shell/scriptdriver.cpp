@@ -74,6 +74,7 @@ class ScriptDriver {
         if (verb == "choose") return queueChoices(arg);
         if (verb == "do") return doCommand(arg, command);
         if (verb == "tag") return {}; // read together with "do"
+        if (verb == "drag") return drag(arg);
         if (verb == "advance") {
             if (!arg.is_number() || arg.get<double>() < 0) return "advance braucht eine Zahl von Sekunden";
             m_scheduler.advance(arg.get<double>());
@@ -161,7 +162,38 @@ class ScriptDriver {
         if (!arg.is_object() || !arg.contains("name") || !arg["name"].is_string())
             return "field braucht name und value";
         const Json& value = arg.contains("value") ? arg["value"] : Json();
-        m_fields[arg["name"].get<std::string>()] = value.is_string() ? value.get<std::string>() : value.dump();
+        core::Value v;
+        if (value.is_string()) v = core::Value::string(value.get<std::string>());
+        else if (value.is_boolean()) v = core::Value::boolean(value.get<bool>());
+        else if (value.is_number_integer()) v = core::Value::integer(value.get<int64_t>());
+        else if (value.is_number()) v = core::Value::doubleValue(value.get<double>());
+        else if (value.is_object()) {
+            auto tagged = loadTaggedJson(value.dump());
+            if (!tagged) return tagged.error().message;
+            v = *tagged;
+        } else if (!value.is_null()) return "field: unbekannter Wert";
+        m_app.fields().set(arg["name"].get<std::string>(), v);
+        return {};
+    }
+
+    std::string drag(const Json& arg) {
+        if (!arg.is_object() || !arg.contains("list") || !arg["list"].is_string() ||
+            !arg.contains("rows") || !arg["rows"].is_array())
+            return "drag braucht list, rows und to";
+        DragRequest request;
+        request.list = arg["list"].get<std::string>();
+        for (const Json& row : arg["rows"]) {
+            if (!row.is_number_integer() || row.get<int64_t>() < 0) return "drag: rows sind Zeilennummern";
+            request.rows.push_back(static_cast<size_t>(row.get<int64_t>()));
+        }
+        if (arg.contains("to") && arg["to"].is_object()) {
+            const Json& to = arg["to"];
+            request.targetList = to.value("list", request.list);
+            if (to.contains("row") && to["row"].is_number_integer() && to["row"].get<int64_t>() >= 0)
+                request.targetRow = static_cast<size_t>(to["row"].get<int64_t>());
+        }
+        request.option = arg.value("option", false);
+        if (!m_app.drag(request)) return "Zeilen der Liste \"" + request.list + "\" lassen sich nicht ziehen";
         return {};
     }
 
@@ -214,7 +246,6 @@ class ScriptDriver {
     Places m_places;
     core::Settings m_settings;
     App m_app;
-    std::map<std::string, std::string> m_fields;
 };
 
 } // namespace

@@ -1,0 +1,16 @@
+#include "shell/controllers.h"
+
+#include "shell/app.h"
+
+namespace zifora::shell {
+
+// One member per controller; each registers its commands in its constructor.
+struct Controllers::Parts {
+    explicit Parts(App& app) { (void)app; }
+};
+
+Controllers::Controllers(App& app) : m_parts(std::make_unique<Parts>(app)) {}
+
+Controllers::~Controllers() = default;
+
+} // namespace zifora::shell
