@@ -1,14 +1,15 @@
 // Reading keyed archives.
 
+#include "core/atomicfile.h"
 #include "core/binaryplist.h"
 #include "core/keyedarchive.h"
 #include "core/record.h"
 
 #include <algorithm>
-#include <cstdio>
-#include <fstream>
+#include <filesystem>
 #include <limits>
 #include <unordered_map>
+#include <unordered_set>
 
 namespace zifora::core {
 
@@ -417,22 +418,26 @@ class Decoder {
         if (*uid == 0) return {};
         auto obj = m_r.object(m_objects[*uid]);
         if (!obj) return std::unexpected(obj.error());
-        const std::string notADictionary =
-            std::string(record.className()) + " has properties that are not a dictionary";
+        auto notADictionary = [&] {
+            return failure(std::string(record.className()) +
+                           " has properties that are not a dictionary");
+        };
         // Only a dictionary holds keys and values; other kinds hold just members.
-        if (obj->type != PlistType::Dict) return failure(notADictionary);
+        if (obj->type != PlistType::Dict) return notADictionary();
         ObjectFields fields;
         for (size_t i = 0; i < obj->count(); ++i) {
             auto key = m_r.string(obj->refs[i]);
             if (!key) return std::unexpected(key.error());
             fields.emplace_back(std::move(*key), obj->refs[obj->count() + i]);
         }
-        if (!field(fields, "NS.keys")) return failure(notADictionary);
+        if (!field(fields, "NS.keys")) return notADictionary();
         // Records of a class mostly share one keys array. Once each of its keys was read by
         // reference, its key ids are known for good and need not be looked up again.
         const uint64_t keysArray = *field(fields, "NS.keys");
         const auto known = m_keysOfArray.find(keysArray);
         const bool isKnown = known != m_keysOfArray.end();
+        // A known keys array was checked for repeated keys when it was learned.
+        const bool distinct = isKnown && m_distinctKeysArrays.contains(keysArray);
         auto refs = isKnown ? valueRefs(fields, known->second.size()) : dictRefs(fields);
         if (!refs) return std::unexpected(refs.error());
         Properties& props = record.properties();
@@ -452,9 +457,16 @@ class Decoder {
             if (!v) return std::unexpected(v.error());
             if (v->kind() == Kind::Int && defaultKind(record.recordClass(), *key) == Kind::Integer)
                 *v = Value::integer(v->asInt());
-            props.set(*key, std::move(*v));
+            if (distinct) props.appendNew(*key, std::move(*v));
+            else props.set(*key, std::move(*v));
         }
-        if (allByReference) m_keysOfArray.emplace(keysArray, std::move(learned));
+        if (allByReference) {
+            std::vector<KeyId> sorted = learned;
+            std::sort(sorted.begin(), sorted.end());
+            if (std::adjacent_find(sorted.begin(), sorted.end()) == sorted.end())
+                m_distinctKeysArrays.insert(keysArray);
+            m_keysOfArray.emplace(keysArray, std::move(learned));
+        }
         return {};
     }
 
@@ -523,6 +535,7 @@ class Decoder {
     std::unordered_map<uint32_t, ClassDesc> m_classCache;
     // Per plist array of dictionary keys: the interned keys, once all were read by reference.
     std::unordered_map<uint64_t, std::vector<KeyId>> m_keysOfArray;
+    std::unordered_set<uint64_t> m_distinctKeysArrays;
 };
 
 } // namespace
@@ -535,15 +548,12 @@ Result<Value> decodeKeyedArchive(std::string_view bytes, const std::string& cont
 }
 
 std::expected<Value, ArchiveFileError> readKeyedArchiveFile(const std::string& path) {
-    std::ifstream in(path, std::ios::binary);
-    if (!in) {
-        std::FILE* probe = std::fopen(path.c_str(), "rb");
-        bool missing = probe == nullptr && errno == ENOENT;
-        if (probe) std::fclose(probe);
-        return std::unexpected(ArchiveFileError{missing, Error{path + ": cannot be opened"}});
-    }
-    std::string bytes((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
-    auto v = decodeKeyedArchive(bytes, path);
+    std::error_code ec;
+    if (!std::filesystem::exists(path, ec) && !ec)
+        return std::unexpected(ArchiveFileError{true, Error{path + ": the file does not exist"}});
+    auto bytes = readWholeFile(path);
+    if (!bytes) return std::unexpected(ArchiveFileError{false, bytes.error()});
+    auto v = decodeKeyedArchive(*bytes, path);
     if (!v) return std::unexpected(ArchiveFileError{false, v.error()});
     return *v;
 }

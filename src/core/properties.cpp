@@ -39,6 +39,12 @@ void Properties::set(KeyId key, Value value) {
     m_entries.push_back(std::move(value));
 }
 
+void Properties::appendNew(KeyId key, Value value) {
+    if (value.isAbsent()) return;
+    value.m_slot = key;
+    m_entries.push_back(std::move(value));
+}
+
 void Properties::remove(std::string_view key) { set(internKey(key), Value{}); }
 
 bool Properties::sameAs(const Properties& other) const {

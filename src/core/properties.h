@@ -23,6 +23,9 @@ class Properties {
     /// Stores a value; storing an absent value removes the key.
     void set(std::string_view key, Value value) { set(internKey(key), std::move(value)); }
     void set(KeyId key, Value value);
+    /// Appends a key the caller knows is not present yet (the decoder, for keys it has
+    /// checked once per shared key list); skips the search for an existing entry.
+    void appendNew(KeyId key, Value value);
     void remove(std::string_view key);
 
     // Typed reads with dictionary semantics.
