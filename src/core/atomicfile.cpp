@@ -1,5 +1,7 @@
 #include "core/atomicfile.h"
 
+#include <cstdio>
+
 #include <algorithm>
 #include <atomic>
 #include <cerrno>
@@ -80,11 +82,13 @@ fs::path resolveTarget(const fs::path& path) {
 fs::path temporaryName(const fs::path& target, unsigned attempt) {
     static std::atomic<unsigned> counter{0};
     auto ticks = std::chrono::steady_clock::now().time_since_epoch().count();
+    char suffix[96];
+    std::snprintf(suffix, sizeof suffix, ".tmp-%ld-%u-%llu", static_cast<long>(::getpid()),
+                  counter.fetch_add(1),
+                  (static_cast<unsigned long long>(ticks) + attempt) % 1000000ULL);
     std::string name = ".";
     name += target.filename().string();
-    name += ".tmp-" + std::to_string(::getpid());
-    name += "-" + std::to_string(counter.fetch_add(1));
-    name += "-" + std::to_string((static_cast<unsigned long long>(ticks) + attempt) % 1000000);
+    name += suffix;
     return target.parent_path() / name;
 }
 
