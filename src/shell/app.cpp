@@ -359,9 +359,11 @@ void App::saveDataToDisk() {
 void App::refuseDatabase(const std::string& path, const std::string& cause) {
     m_databaseUnreadable = true;
     alert("Fehler!",
-          "Die Datenbank „" + path + "“ konnte nicht gelesen werden (" + cause +
-              "). Damit sie unverändert bleibt, speichert Zifora bis zum nächsten Start nichts. "
-              "Bitte prüfe die Datei oder spiele ein Backup ein.",
+          "Die Datenbank „" + path +
+              "“ konnte nicht gelesen werden: Die Datei ist beschädigt oder keine "
+              "Zifora-Datenbank. Damit sie unverändert bleibt, speichert Zifora bis zum nächsten "
+              "Start nichts. Bitte prüfe die Datei oder spiele ein Backup ein.\n\n"
+              "Technische Angabe: " + cause,
           {"OK"}, AlertStyle::Critical);
 }
 
