@@ -1,0 +1,66 @@
+// zifora: the desktop program.
+
+#include "mainwindow.h"
+#include "singleinstance.h"
+
+#include "core/settings.h"
+#include "platform_qt/qtservices.h"
+#include "shell/app.h"
+#include "shell/cliapp.h"
+
+#include <QApplication>
+#include <QFileInfo>
+
+#include <clocale>
+
+int main(int argc, char** argv) {
+    QApplication application(argc, argv);
+    QApplication::setApplicationName(QStringLiteral("Zifora"));
+    QApplication::setApplicationDisplayName(QStringLiteral("Zifora"));
+    QApplication::setDesktopFileName(QStringLiteral("zifora"));
+    QApplication::setQuitOnLastWindowClosed(false);
+    // Numbers in files are read without the locale; formatting uses ICU with the locale.
+    std::setlocale(LC_NUMERIC, "C");
+
+    QString file = argc > 1 ? QFileInfo(QString::fromLocal8Bit(argv[1])).absoluteFilePath() : QString();
+    if (zifora::gui::SingleInstance::sendToRunning(file.isEmpty() ? QStringLiteral("show") : file))
+        return 0;
+
+    using namespace zifora;
+    platform_qt::QtUi ui;
+    platform_qt::QtScheduler scheduler;
+    platform_qt::SystemClock clock;
+    platform_qt::QtClipboard clipboard;
+    platform_qt::QtWorkspace workspace;
+    shell::Places places = shell::Places::fromEnvironment();
+    core::Settings settings(places.settingsFile);
+    auto settingsNotice = shell::loadSettingsSafely(settings);
+
+    shell::App app(shell::Services{ui, scheduler, clock, clipboard, workspace}, places, settings);
+    gui::MainWindow window(app);
+    ui.setParentWindow(&window);
+    ui.addWindow("main", [&window](bool show) {
+        if (show) {
+            window.refresh();
+            window.show();
+            window.raise();
+            window.activateWindow();
+        } else {
+            window.hide();
+        }
+    });
+
+    gui::SingleInstance instance;
+    instance.listen([&](const QString& message) {
+        app.applicationShouldHandleReopen();
+        (void)message; // opening hand-over and exchange files comes with their import
+    });
+    QObject::connect(&application, &QApplication::aboutToQuit, [&] { app.applicationWillTerminate(); });
+
+    if (settingsNotice)
+        ui.alert(shell::AlertRequest{"Hinweis!", *settingsNotice, {"OK"}, shell::AlertStyle::Warning, {}});
+    app.init();
+    app.awakeFromNib();
+    window.refresh();
+    return QApplication::exec();
+}

@@ -1,0 +1,78 @@
+#include "menus.h"
+
+#include <QAction>
+#include <QKeySequence>
+#include <QMenu>
+
+#include <set>
+
+namespace zifora::gui {
+
+namespace {
+
+struct MenuEntry {
+    const char* menu;
+    const char* command;
+    const char* label;
+    const char* shortcut;
+    int tag = 0;
+};
+
+// The order of this table is the order of the menus and their entries.
+constexpr MenuEntry kEntries[] = {
+    {"&Ablage", "save:", "Sichern", "Ctrl+S"},
+    {"&Ablage", "restart:", "Neu starten", ""},
+    {"&Ablage", "terminate:", "Zifora beenden", "Ctrl+Q"},
+    {"&Benutzer", "createClient:", "Neuer Benutzer", "Ctrl+Shift+N"},
+    {"&Benutzer", "deleteClient:", "Benutzer löschen …", ""},
+    {"&Benutzer", "changeCurrentClient:", "Benutzerdaten übernehmen", ""},
+    {"&Speicherorte", "setLibraryPath:", "Speicherort der Datenbank …", ""},
+    {"&Speicherorte", "setBackupPath:", "Speicherort der Backups …", ""},
+    {"&Speicherorte", "setDocumentsPath:", "Speicherort der Dokumente …", ""},
+    {"&Datenbank", "migrateWithTag:", "Alte Datenbank migrieren …", "", 0},
+    {"&Datenbank", "doTheManualMigration", "Datenbank von Hand migrieren …", ""},
+    {"&Datenbank", "openMigrationHelp:", "Anleitung zur Migration", ""},
+};
+
+// Commands that are steps of the program rather than things a user asks for.
+const std::set<std::string> kInternal{
+    "autoSave:", "saveDataToDisk", "loadDataFromDisk", "setSelection", "pathForDataFile",
+    "firstStart", "setCurrentClientToPrefs", "applicationDidBecomeActive:", "doTheMigration",
+};
+
+} // namespace
+
+QString commandLabel(const std::string& command) {
+    for (const auto& e : kEntries)
+        if (command == e.command) return QString::fromUtf8(e.label);
+    return {};
+}
+
+void buildMenus(QMenuBar& bar, shell::CommandRegistry& commands, std::function<void()> afterCommand) {
+    std::map<QString, QMenu*> menus;
+    std::set<std::string> placed;
+    auto addAction = [&](QMenu* menu, const std::string& command, const QString& label,
+                         const QString& shortcut, int tag) {
+        QAction* action = menu->addAction(label);
+        if (!shortcut.isEmpty()) action->setShortcut(QKeySequence(shortcut));
+        QObject::connect(action, &QAction::triggered, menu, [&commands, command, tag, afterCommand] {
+            commands.run(command, shell::CommandSender{tag});
+            if (afterCommand) afterCommand();
+        });
+    };
+    for (const auto& e : kEntries) {
+        if (!commands.contains(e.command)) continue;
+        QString title = QString::fromUtf8(e.menu);
+        if (!menus.contains(title)) menus[title] = bar.addMenu(title);
+        addAction(menus[title], e.command, QString::fromUtf8(e.label), QString::fromUtf8(e.shortcut), e.tag);
+        placed.insert(e.command);
+    }
+    QMenu* more = nullptr;
+    for (const auto& name : commands.names()) {
+        if (placed.contains(name) || kInternal.contains(name)) continue;
+        if (!more) more = bar.addMenu(QStringLiteral("&Weitere Befehle"));
+        addAction(more, name, QString::fromStdString(name), {}, 0);
+    }
+}
+
+} // namespace zifora::gui
