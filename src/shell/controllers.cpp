@@ -1,12 +1,16 @@
 #include "shell/controllers.h"
 
 #include "shell/app.h"
+#include "shell/splitcontroller.h"
 
 namespace zifora::shell {
 
 // One member per controller; each registers its commands in its constructor.
 struct Controllers::Parts {
-    explicit Parts(App& app) { (void)app; }
+    explicit Parts(App& owner) : app(owner) {}
+    App& app;
+
+    SplitController split{app};
 };
 
 Controllers::Controllers(App& app) : m_parts(std::make_unique<Parts>(app)) {}
