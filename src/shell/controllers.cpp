@@ -1,6 +1,8 @@
 #include "shell/controllers.h"
 
 #include "shell/app.h"
+#include "shell/itemlistcontroller.h"
+#include "shell/periodlistcontroller.h"
 #include "shell/splitcontroller.h"
 
 namespace zifora::shell {
@@ -11,6 +13,8 @@ struct Controllers::Parts {
     App& app;
 
     SplitController split{app};
+    ItemListController itemList{app};
+    PeriodListController periodList{app, itemList};
 };
 
 Controllers::Controllers(App& app) : m_parts(std::make_unique<Parts>(app)) {}
