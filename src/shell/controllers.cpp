@@ -1,12 +1,20 @@
 #include "shell/controllers.h"
 
 #include "shell/app.h"
+#include "shell/itemlistcontroller.h"
+#include "shell/periodlistcontroller.h"
+#include "shell/splitcontroller.h"
 
 namespace zifora::shell {
 
 // One member per controller; each registers its commands in its constructor.
 struct Controllers::Parts {
-    explicit Parts(App& app) { (void)app; }
+    explicit Parts(App& owner) : app(owner) {}
+    App& app;
+
+    SplitController split{app};
+    ItemListController itemList{app};
+    PeriodListController periodList{app, itemList};
 };
 
 Controllers::Controllers(App& app) : m_parts(std::make_unique<Parts>(app)) {}
