@@ -2,13 +2,15 @@
 
 #include "shell/app.h"
 #include "shell/itemcontroller.h"
+#include "shell/templatecontroller.h"
 
 namespace zifora::shell {
 
 // One member per controller; each registers its commands in its constructor.
 struct Controllers::Parts {
-    explicit Parts(App& app) : items(app) {}
+    explicit Parts(App& app) : items(app), templates(app) {}
     ItemController items;
+    TemplateController templates;
 };
 
 Controllers::Controllers(App& app) : m_parts(std::make_unique<Parts>(app)) {}
