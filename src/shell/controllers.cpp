@@ -1,9 +1,11 @@
 #include "shell/controllers.h"
 
 #include "shell/app.h"
+#include "shell/itemcontroller.h"
 #include "shell/itemlistcontroller.h"
 #include "shell/periodlistcontroller.h"
 #include "shell/splitcontroller.h"
+#include "shell/templatecontroller.h"
 
 namespace zifora::shell {
 
@@ -12,6 +14,8 @@ struct Controllers::Parts {
     explicit Parts(App& owner) : app(owner) {}
     App& app;
 
+    ItemController items{app};
+    TemplateController templates{app};
     SplitController split{app};
     ItemListController itemList{app};
     PeriodListController periodList{app, itemList};
