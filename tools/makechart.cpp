@@ -40,7 +40,11 @@ bool hasOuterBlanks(std::string_view s) {
 bool isCleanUtf8(std::string_view s) {
     for (size_t i = 0; i < s.size();) {
         auto c = static_cast<unsigned char>(s[i]);
-        size_t length = c < 0x80 ? 1 : (c >> 5) == 0x6 ? 2 : (c >> 4) == 0xE ? 3 : (c >> 3) == 0x1E ? 4 : 0;
+        size_t length = c < 0x80           ? 1
+                        : (c >> 5) == 0x6  ? 2
+                        : (c >> 4) == 0xE  ? 3
+                        : (c >> 3) == 0x1E ? 4
+                                           : 0;
         if (length == 0 || i + length > s.size() || (length == 1 && c < 0x20)) return false;
         for (size_t k = 1; k < length; ++k)
             if ((static_cast<unsigned char>(s[i + k]) >> 6) != 0x2) return false;
@@ -61,9 +65,12 @@ core::Result<std::vector<ChartLine>> parseChart(const std::string& text, const s
         std::string where = name + ":" + std::to_string(lineNumber) + ": ";
         if (line.empty() || line.front() == '#') continue;
         size_t semicolon = line.find(';');
-        if (semicolon == std::string_view::npos) return core::fail(where + "no ';' between number and title");
-        ChartLine entry{std::string(line.substr(0, semicolon)), std::string(line.substr(semicolon + 1))};
-        if (entry.number.empty() || entry.title.empty()) return core::fail(where + "empty number or title");
+        if (semicolon == std::string_view::npos)
+            return core::fail(where + "no ';' between number and title");
+        ChartLine entry{std::string(line.substr(0, semicolon)),
+                        std::string(line.substr(semicolon + 1))};
+        if (entry.number.empty() || entry.title.empty())
+            return core::fail(where + "empty number or title");
         if (hasOuterBlanks(entry.number) || hasOuterBlanks(entry.title))
             return core::fail(where + "blanks around the number or the title");
         if (!isCleanUtf8(entry.number) || !isCleanUtf8(entry.title))
@@ -106,7 +113,8 @@ int main(int argc, char** argv) {
         std::cerr << "makechart: " << lines.error().message << "\n";
         return 1;
     }
-    auto written = core::writeFileAtomically(argv[2], core::encodeKeyedArchive(chartArchiveRoot(*lines)));
+    auto written =
+        core::writeFileAtomically(argv[2], core::encodeKeyedArchive(chartArchiveRoot(*lines)));
     if (!written) {
         std::cerr << "makechart: " << written.error().message << "\n";
         return 1;

@@ -1,12 +1,15 @@
 #include "shell/controllers.h"
 
 #include "shell/app.h"
+#include "shell/chartcontroller.h"
 
 namespace zifora::shell {
 
 // One member per controller; each registers its commands in its constructor.
 struct Controllers::Parts {
-    explicit Parts(App& app) { (void)app; }
+    explicit Parts(App& owner) : app(owner) {}
+    App& app;
+    ChartController charts{app};
 };
 
 Controllers::Controllers(App& app) : m_parts(std::make_unique<Parts>(app)) {}
