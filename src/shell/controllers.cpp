@@ -2,6 +2,7 @@
 
 #include "shell/app.h"
 #include "shell/chartcontroller.h"
+#include "shell/masterdatacontroller.h"
 
 namespace zifora::shell {
 
@@ -10,6 +11,7 @@ struct Controllers::Parts {
     explicit Parts(App& owner) : app(owner) {}
     App& app;
     ChartController charts{app};
+    MasterDataController masterData{app};
 };
 
 Controllers::Controllers(App& app) : m_parts(std::make_unique<Parts>(app)) {}
