@@ -1,8 +1,10 @@
 #include "shell/controllers.h"
 
 #include "shell/app.h"
+#include "shell/chartcontroller.h"
 #include "shell/itemcontroller.h"
 #include "shell/itemlistcontroller.h"
+#include "shell/masterdatacontroller.h"
 #include "shell/periodlistcontroller.h"
 #include "shell/splitcontroller.h"
 #include "shell/templatecontroller.h"
@@ -19,6 +21,8 @@ struct Controllers::Parts {
     SplitController split{app};
     ItemListController itemList{app};
     PeriodListController periodList{app, itemList};
+    ChartController charts{app};
+    MasterDataController masterData{app};
 };
 
 Controllers::Controllers(App& app) : m_parts(std::make_unique<Parts>(app)) {}
