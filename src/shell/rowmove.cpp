@@ -1,5 +1,7 @@
 #include "shell/rowmove.h"
 
+#include "shell/rowdrag.h"
+
 #include <algorithm>
 
 namespace zifora::shell {
@@ -11,38 +13,9 @@ DropOperation validateRowDrop(const DragRequest& request) {
 
 std::vector<size_t> moveObjectsInArrangedObjects(ListController& list, std::vector<size_t> rows,
                                                  size_t target) {
-    core::RecordList* content = list.content();
-    if (!content) return {};
-    std::vector<core::Record*> order = list.arranged();
-    std::ranges::sort(rows);
-    auto [last, end] = std::ranges::unique(rows);
-    rows.erase(last, end);
-    std::erase_if(rows, [&](size_t row) { return row >= order.size(); });
-    if (rows.empty()) return {};
-
-    target = std::min(target, order.size());
-    target -=
-        static_cast<size_t>(std::ranges::count_if(rows, [&](size_t row) { return row < target; }));
-
-    std::vector<core::Record*> moved;
-    for (size_t row : rows)
-        moved.push_back(order[row]);
-    for (auto it = rows.rbegin(); it != rows.rend(); ++it)
-        order.erase(order.begin() + static_cast<std::ptrdiff_t>(*it));
-    order.insert(order.begin() + static_cast<std::ptrdiff_t>(target), moved.begin(), moved.end());
-
-    // The list's records in the new order; the references come from the old content.
-    core::RecordList reordered;
-    reordered.reserve(content->size());
-    for (core::Record* record : order)
-        reordered.push_back(core::Ref<core::Record>(record));
-    *content = std::move(reordered);
-    list.rearrange();
-
-    std::vector<size_t> placed;
-    for (size_t i = 0; i < moved.size(); ++i)
-        placed.push_back(target + i);
-    return placed;
+    // These lists show their records in stored order, so the move of the item and period
+    // lists is the same move here.
+    return moveArrangedRows(list, posting::rowIndexSet(std::move(rows)), target);
 }
 
 bool acceptRowDrop(ListController& list, const DragRequest& request) {
