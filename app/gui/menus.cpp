@@ -22,7 +22,26 @@ struct MenuEntry {
 constexpr MenuEntry kEntries[] = {
     {"&Ablage", "save:", "Sichern", "Ctrl+S"},
     {"&Ablage", "restart:", "Neu starten", ""},
+    {"&Ablage", "exportAccountsCSV:", "Konten als CSV exportieren …", ""},
     {"&Ablage", "terminate:", "Zifora beenden", "Ctrl+Q"},
+    {"&Posten", "addItem:", "Neuer Posten", "Ctrl+N"},
+    {"&Posten", "editItem:", "Posten bearbeiten", "Ctrl+E"},
+    {"&Posten", "duplicateItem:", "Posten duplizieren", "Ctrl+D"},
+    {"&Posten", "openSplitWindow:", "Posten aufteilen …", "Ctrl+Shift+T"},
+    {"&Posten", "ArrayControllerItem.remove:", "Posten löschen …", "Del"},
+    {"&Posten", "selectPrevious:", "Vorheriger Posten", "Ctrl+Up"},
+    {"&Posten", "selectNext:", "Nächster Posten", "Ctrl+Down"},
+    {"&Posten", "setToday:", "Datum auf heute setzen", "Ctrl+T"},
+    {"&Stammdaten", "addAccount:", "Neues Konto", ""},
+    {"&Stammdaten", "removeAccount:", "Konto löschen …", ""},
+    {"&Stammdaten", "addGroup:", "Neue Kategorie", ""},
+    {"&Stammdaten", "removeGroup:", "Kategorie löschen …", ""},
+    {"&Stammdaten", "addTemplate:", "Neue Vorlage", ""},
+    {"&Stammdaten", "makeTemplateFromItem:", "Vorlage aus Posten erstellen", ""},
+    {"&Stammdaten", "removeTemplate:", "Vorlage löschen …", ""},
+    {"&Stammdaten", "loadCompleteAccounts:", "Kontenrahmen SKR04 vollständig laden …", ""},
+    {"&Stammdaten", "loadDefaultAccounts:", "Kontenrahmen SKR04 Standard laden …", ""},
+    {"&Stammdaten", "loadMinimalAccounts:", "Kontenrahmen minimal laden …", ""},
     {"&Benutzer", "createClient:", "Neuer Benutzer", "Ctrl+Shift+N"},
     {"&Benutzer", "deleteClient:", "Benutzer löschen …", ""},
     {"&Benutzer", "changeCurrentClient:", "Benutzerdaten übernehmen", ""},
@@ -35,9 +54,17 @@ constexpr MenuEntry kEntries[] = {
 };
 
 // Commands that are steps of the program rather than things a user asks for.
+// The buttons and controls of the forms reach the rest (the item form's checks, the split
+// calculator's button, the set-up assistant's variants).
 const std::set<std::string> kInternal{
     "autoSave:", "saveDataToDisk", "loadDataFromDisk", "setSelection", "pathForDataFile",
     "firstStart", "setCurrentClientToPrefs", "applicationDidBecomeActive:", "doTheMigration",
+    "calculateItem:", "closeItemSheet:", "cancelItemSheet:", "selectExpense:", "selectIncome:",
+    "setTaxAutomatically:", "validateAccountFieldVoid", "validateAccountNumber:",
+    "validateAccountPopUpVoid", "validateAccountTitle:", "selectAccountSearchSheet:",
+    "selectGroupSearchSheet:", "selectTemplateSearchSheet:", "splitAction:", "cancelSplitWindow:",
+    "addAccountSetup:", "addGroupSetup:", "loadCompleteAccountsSetup:",
+    "loadDefaultAccountsSetup:", "loadMinimalAccountsSetup:",
 };
 
 } // namespace
