@@ -1,12 +1,15 @@
 #include "shell/controllers.h"
 
 #include "shell/app.h"
+#include "shell/yearcontroller.h"
 
 namespace zifora::shell {
 
 // One member per controller; each registers its commands in its constructor.
 struct Controllers::Parts {
-    explicit Parts(App& app) { (void)app; }
+    explicit Parts(App& app) : years(app) {}
+
+    YearController years;
 };
 
 Controllers::Controllers(App& app) : m_parts(std::make_unique<Parts>(app)) {}
