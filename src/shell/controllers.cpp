@@ -8,6 +8,8 @@
 #include "shell/periodlistcontroller.h"
 #include "shell/splitcontroller.h"
 #include "shell/templatecontroller.h"
+#include "shell/totalscontroller.h"
+#include "shell/yearcontroller.h"
 
 namespace zifora::shell {
 
@@ -16,6 +18,8 @@ struct Controllers::Parts {
     explicit Parts(App& owner) : app(owner) {}
     App& app;
 
+    YearController years{app};
+    TotalsController totals{app};
     ItemController items{app};
     TemplateController templates{app};
     SplitController split{app};

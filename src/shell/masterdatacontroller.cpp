@@ -24,10 +24,6 @@ constexpr const char* kDeleteTemplateTitle = "Vorlage löschen";
 constexpr const char* kDeleteTemplateText =
     "Diese Aktion kann nicht rückgängig gemacht werden. Möchtest du wirklich die ausgewählte "
     "Vorlage löschen?";
-constexpr const char* kDeleteYearTitle = "Jahr löschen";
-constexpr const char* kDeleteYearText =
-    "Diese Aktion kann nicht rückgängig gemacht werden. Möchtest du wirklich das ausgewählte "
-    "Jahr löschen?";
 
 } // namespace
 
@@ -59,9 +55,6 @@ void MasterDataController::registerCommands() {
     });
     c.add("removeTemplate:", [this, &s](const CommandSender&) {
         removeSelected(s.templates, kDeleteTemplateTitle, kDeleteTemplateText, "preferences");
-    });
-    c.add("deleteYear:", [this, &s](const CommandSender&) {
-        removeSelected(s.years, kDeleteYearTitle, kDeleteYearText, "main");
     });
 }
 
