@@ -117,20 +117,22 @@ class Writer {
     std::string out;
 
     void root(const Value& v) {
-        if (v.kind() == Kind::Dict) {
-            out += '{';
-            bool first = true;
-            for (const auto& [k, member] : v.asDict()) {
-                if (!first) out += ',';
-                first = false;
-                appendJsonString(out, k);
-                out += ':';
-                plainMember(member);
-            }
-            out += '}';
-        } else {
-            plainMember(v);
+        if (v.kind() == Kind::Dict) writeObject(v.asDict(), [this](const Value& m) { plainMember(m); });
+        else plainMember(v);
+    }
+
+    // {"key":member,…} with each member written by `write`.
+    template <typename Write> void writeObject(const core::DictEntries& entries, Write write) {
+        out += '{';
+        bool first = true;
+        for (const auto& [k, member] : entries) {
+            if (!first) out += ',';
+            first = false;
+            appendJsonString(out, k);
+            out += ':';
+            write(member);
         }
+        out += '}';
     }
 
     // Records and lists of records stand as they are; everything else is tagged.
@@ -210,19 +212,10 @@ class Writer {
             else appendJsonString(out, iso);
             break;
         }
-        case Kind::Dict: {
-            out += "{\"dict\":{";
-            bool first = true;
-            for (const auto& [k, member] : v.asDict()) {
-                if (!first) out += ',';
-                first = false;
-                appendJsonString(out, k);
-                out += ':';
-                tagged(member);
-            }
-            out += '}';
+        case Kind::Dict:
+            out += "{\"dict\":";
+            writeObject(v.asDict(), [this](const Value& m) { tagged(m); });
             break;
-        }
         case Kind::Array: {
             out += "{\"array\":[";
             bool first = true;
