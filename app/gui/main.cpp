@@ -1,5 +1,6 @@
 // zifora: the desktop program.
 
+#include "forms/formsheets.h"
 #include "mainwindow.h"
 #include "singleinstance.h"
 
@@ -49,6 +50,9 @@ int main(int argc, char** argv) {
             window.hide();
         }
     });
+
+    gui::FormSheets forms(app, &window, [&window] { window.refresh(); });
+    forms.registerWindows(ui);
 
     gui::SingleInstance instance;
     instance.listen([&](const QString& message) {
