@@ -2,6 +2,7 @@
 
 #include "forms/formsheets.h"
 #include "mainwindow.h"
+#include "preferences/preferencescontroller.h"
 #include "singleinstance.h"
 
 #include "core/settings.h"
@@ -38,7 +39,12 @@ int main(int argc, char** argv) {
     auto settingsNotice = shell::loadSettingsSafely(settings);
 
     shell::App app(shell::Services{ui, scheduler, clock, clipboard, workspace}, places, settings);
+    // Before the main window, whose menus offer the commands registered here.
+    gui::PreferencesController preferences(app);
+    for (const std::string& name : gui::PreferencesController::windowNames())
+        ui.addWindow(name, [&preferences, name](bool show) { preferences.showWindowNamed(name, show); });
     gui::MainWindow window(app);
+    preferences.setAfterChange([&window] { window.refresh(); });
     ui.setParentWindow(&window);
     ui.addWindow("main", [&window](bool show) {
         if (show) {

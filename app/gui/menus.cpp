@@ -21,6 +21,7 @@ struct MenuEntry {
 // The order of this table is the order of the menus and their entries.
 constexpr MenuEntry kEntries[] = {
     {"&Ablage", "save:", "Sichern", "Ctrl+S"},
+    {"&Ablage", "showPrefs:", "Einstellungen …", "Ctrl+,"},
     {"&Ablage", "restart:", "Neu starten", ""},
     {"&Ablage", "exportAccountsCSV:", "Konten als CSV exportieren …", ""},
     {"&Ablage", "terminate:", "Zifora beenden", "Ctrl+Q"},
@@ -42,6 +43,7 @@ constexpr MenuEntry kEntries[] = {
     {"&Stammdaten", "loadCompleteAccounts:", "Kontenrahmen SKR04 vollständig laden …", ""},
     {"&Stammdaten", "loadDefaultAccounts:", "Kontenrahmen SKR04 Standard laden …", ""},
     {"&Stammdaten", "loadMinimalAccounts:", "Kontenrahmen minimal laden …", ""},
+    {"&Stammdaten", "runKontenwerker:", "Kontenrahmen bearbeiten …", ""},
     {"&Benutzer", "createClient:", "Neuer Benutzer", "Ctrl+Shift+N"},
     {"&Benutzer", "deleteClient:", "Benutzer löschen …", ""},
     {"&Benutzer", "changeCurrentClient:", "Benutzerdaten übernehmen", ""},
