@@ -9,7 +9,9 @@
 #include "shell/cliapp.h"
 
 #include <QApplication>
+#include <QFile>
 #include <QFileInfo>
+#include <QTimer>
 
 #include <clocale>
 
@@ -50,10 +52,20 @@ int main(int argc, char** argv) {
         }
     });
 
+    // A file the desktop asks us to open, at the start or handed on by a later start.
+    auto openFile = [&](const QString& path) {
+        shell::CommandSender sender;
+        sender.path = QFile::encodeName(path).toStdString();
+        app.commands().run("application:openFile:", sender);
+        window.refresh();
+    };
     gui::SingleInstance instance;
     instance.listen([&](const QString& message) {
         app.applicationShouldHandleReopen();
-        (void)message; // opening hand-over and exchange files comes with their import
+        // After the socket's handler has returned: the alerts of the dispatch wait in a loop
+        // of their own, in which the socket may go away.
+        if (message != QStringLiteral("show"))
+            QTimer::singleShot(0, &window, [&openFile, message] { openFile(message); });
     });
     QObject::connect(&application, &QApplication::aboutToQuit, [&] { app.applicationWillTerminate(); });
 
@@ -62,5 +74,6 @@ int main(int argc, char** argv) {
     app.init();
     app.awakeFromNib();
     window.refresh();
+    if (!file.isEmpty()) QTimer::singleShot(0, &window, [&openFile, file] { openFile(file); });
     return QApplication::exec();
 }
