@@ -1,6 +1,7 @@
 // zifora: the desktop program.
 
 #include "mainwindow.h"
+#include "screenshots.h"
 #include "singleinstance.h"
 
 #include "core/settings.h"
@@ -24,9 +25,15 @@ int main(int argc, char** argv) {
     // Numbers in files are read without the locale; formatting uses ICU with the locale.
     std::setlocale(LC_NUMERIC, "C");
 
+#ifdef ZIFORA_SCREENSHOTS
+    // The screenshot tool is this program built once more; its argument is the folder of
+    // the pictures, and it runs beside a Zifora that may be open.
+    const QString file;
+#else
     QString file = argc > 1 ? QFileInfo(QString::fromLocal8Bit(argv[1])).absoluteFilePath() : QString();
     if (zifora::gui::SingleInstance::sendToRunning(file.isEmpty() ? QStringLiteral("show") : file))
         return 0;
+#endif
 
     using namespace zifora;
     platform_qt::QtUi ui;
@@ -59,6 +66,10 @@ int main(int argc, char** argv) {
         app.commands().run("application:openFile:", sender);
         window.refresh();
     };
+#ifdef ZIFORA_SCREENSHOTS
+    gui::ScreenshotRun screenshots(app, ui, window, argc > 1 ? QString::fromLocal8Bit(argv[1])
+                                                             : QStringLiteral("screenshots"));
+#else
     gui::SingleInstance instance;
     instance.listen([&](const QString& message) {
         app.applicationShouldHandleReopen();
@@ -67,6 +78,7 @@ int main(int argc, char** argv) {
         if (message != QStringLiteral("show"))
             QTimer::singleShot(0, &window, [&openFile, message] { openFile(message); });
     });
+#endif
     QObject::connect(&application, &QApplication::aboutToQuit, [&] { app.applicationWillTerminate(); });
 
     if (settingsNotice)
