@@ -5,7 +5,7 @@ ASAN_BUILD ?= build-asan
 export LANG := de_DE.UTF-8
 export TZ := Europe/Berlin
 
-.PHONY: deps build run test unit-test asan-test bench fuzz clean
+.PHONY: deps build run test unit-test asan-test bench fuzz screenshots clean
 
 deps:
 	./scripts/install-deps
@@ -29,6 +29,14 @@ asan-test: deps
 
 bench: build
 	./bench/run $(BUILD)
+
+# Pictures of the program for the README: a demonstration book in a temporary home, shot
+# without a display at 1280×800 into docs/screenshots (the shots: app/gui/screenshots.cpp).
+screenshots: build
+	@home=$$(mktemp -d) && trap 'rm -rf "$$home"' EXIT && \
+	  $(BUILD)/app/cli/zifora-cli demo "$$home" >/dev/null && \
+	  env -u XDG_DATA_HOME -u XDG_CONFIG_HOME HOME="$$home" XDG_RUNTIME_DIR="$$home" \
+	    QT_QPA_PLATFORM=offscreen $(BUILD)/app/gui/zifora-screenshots docs/screenshots
 
 fuzz:
 	./scripts/install-deps --fuzz

@@ -3,10 +3,13 @@
 
 #include "core/keyedarchive.h"
 #include "shell/cliapp.h"
+#include "shell/demobook.h"
 #include "shell/jsondump.h"
 
 #include <CLI/CLI.hpp>
 
+#include <cstdlib>
+#include <filesystem>
 #include <fstream>
 #include <iostream>
 #include <sstream>
@@ -44,6 +47,31 @@ int loadCommand(const std::string& jsonPath, const std::string& archivePath) {
     return 0;
 }
 
+// The demonstration book in `home`, or in a new folder under the temporary folder.
+int demoCommand(std::string home) {
+    namespace fs = std::filesystem;
+    std::error_code ec;
+    if (home.empty()) {
+        std::string pattern = (fs::temp_directory_path(ec) / "zifora-demo-XXXXXX").string();
+        if (!mkdtemp(pattern.data())) {
+            std::cerr << "zifora-cli: " << pattern << ": kein Ordner für das Beispielbuch\n";
+            return 4;
+        }
+        home = pattern;
+    } else {
+        fs::create_directories(home, ec);
+        home = fs::absolute(home, ec).lexically_normal().string();
+        while (home.size() > 1 && home.back() == '/') home.pop_back();
+    }
+    auto book = zifora::shell::makeDemoBook(home);
+    if (!book) {
+        std::cerr << "zifora-cli: " << book.error().message << "\n";
+        return 4;
+    }
+    std::cout << zifora::shell::demoBookReport(*book);
+    return 0;
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
@@ -63,10 +91,15 @@ int main(int argc, char** argv) {
     auto* run = app.add_subcommand("run", "Ein JSON-Lines-Skript gegen den Datenordner von $HOME ausführen");
     run->add_option("SCRIPT", scriptPath, "Skriptdatei (- für die Standardeingabe)")->required();
 
+    std::string demoHome;
+    auto* demo = app.add_subcommand("demo", "Ein Beispielbuch anlegen und seine Abrechnungen zusammenrechnen");
+    demo->add_option("DIR", demoHome, "Ordner, der als Home-Ordner dient (sonst ein neuer temporärer)");
+
     CLI11_PARSE(app, argc, argv);
 
     if (*dump) return dumpCommand(dumpPath);
     if (*load) return loadCommand(loadJsonPath == "-" ? "/dev/stdin" : loadJsonPath, loadArchivePath);
     if (*run) return zifora::shell::runScriptFile(scriptPath, std::cout);
+    if (*demo) return demoCommand(demoHome);
     return 1;
 }

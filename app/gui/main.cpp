@@ -3,6 +3,7 @@
 #include "forms/formsheets.h"
 #include "mainwindow.h"
 #include "preferences/preferencescontroller.h"
+#include "screenshots.h"
 #include "singleinstance.h"
 
 #include "core/settings.h"
@@ -11,7 +12,9 @@
 #include "shell/cliapp.h"
 
 #include <QApplication>
+#include <QFile>
 #include <QFileInfo>
+#include <QTimer>
 
 #include <clocale>
 
@@ -24,9 +27,15 @@ int main(int argc, char** argv) {
     // Numbers in files are read without the locale; formatting uses ICU with the locale.
     std::setlocale(LC_NUMERIC, "C");
 
+#ifdef ZIFORA_SCREENSHOTS
+    // The screenshot tool is this program built once more; its argument is the folder of
+    // the pictures, and it runs beside a Zifora that may be open.
+    const QString file;
+#else
     QString file = argc > 1 ? QFileInfo(QString::fromLocal8Bit(argv[1])).absoluteFilePath() : QString();
     if (zifora::gui::SingleInstance::sendToRunning(file.isEmpty() ? QStringLiteral("show") : file))
         return 0;
+#endif
 
     using namespace zifora;
     platform_qt::QtUi ui;
@@ -60,11 +69,26 @@ int main(int argc, char** argv) {
     gui::FormSheets forms(app, &window, [&window] { window.refresh(); });
     forms.registerWindows(ui);
 
+    // A file the desktop asks us to open, at the start or handed on by a later start.
+    auto openFile = [&](const QString& path) {
+        shell::CommandSender sender;
+        sender.path = QFile::encodeName(path).toStdString();
+        app.commands().run("application:openFile:", sender);
+        window.refresh();
+    };
+#ifdef ZIFORA_SCREENSHOTS
+    gui::ScreenshotRun screenshots(app, ui, window, argc > 1 ? QString::fromLocal8Bit(argv[1])
+                                                             : QStringLiteral("screenshots"));
+#else
     gui::SingleInstance instance;
     instance.listen([&](const QString& message) {
         app.applicationShouldHandleReopen();
-        (void)message; // opening hand-over and exchange files comes with their import
+        // After the socket's handler has returned: the alerts of the dispatch wait in a loop
+        // of their own, in which the socket may go away.
+        if (message != QStringLiteral("show"))
+            QTimer::singleShot(0, &window, [&openFile, message] { openFile(message); });
     });
+#endif
     QObject::connect(&application, &QApplication::aboutToQuit, [&] { app.applicationWillTerminate(); });
 
     if (settingsNotice)
@@ -72,5 +96,6 @@ int main(int argc, char** argv) {
     app.init();
     app.awakeFromNib();
     window.refresh();
+    if (!file.isEmpty()) QTimer::singleShot(0, &window, [&openFile, file] { openFile(file); });
     return QApplication::exec();
 }

@@ -163,6 +163,11 @@ bool QtWorkspace::composeMail(const std::string& to, const std::string& subject,
     return QProcess::startDetached(QStringLiteral("xdg-email"), args);
 }
 
-void QtWorkspace::terminate() { QCoreApplication::quit(); }
+// Queued, so that an end asked for before the event loop runs (a declined agreement at the
+// start) still ends the program as soon as the loop begins; quit() alone would be ignored.
+void QtWorkspace::terminate() {
+    QMetaObject::invokeMethod(QCoreApplication::instance(), &QCoreApplication::quit,
+                              Qt::QueuedConnection);
+}
 
 } // namespace zifora::platform_qt

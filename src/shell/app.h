@@ -81,6 +81,9 @@ class App {
     std::function<void()> performBackup;
     std::function<void()> backupAlert;
     std::function<void()> sendZifProNotification;
+    /// The hand-over imports of the two other outside programs (set by their import).
+    std::function<void()> sendBillNotification;
+    std::function<void()> sendMoneyMoneyNotification;
 
     // --- access -------------------------------------------------------------------------
     [[nodiscard]] core::RecordList& clients() { return *m_clients; }

@@ -8,9 +8,11 @@
 
 namespace zifora::shell {
 
-/// What the sender of a command passes along: a menu item's tag, for instance.
+/// What the sender of a command passes along: a menu item's tag, for instance, or the path
+/// of a file the desktop asks the program to open.
 struct CommandSender {
     int tag = 0;
+    std::string path = {};
 };
 
 class CommandRegistry {

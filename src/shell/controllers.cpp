@@ -5,6 +5,7 @@
 #include "shell/itemcontroller.h"
 #include "shell/itemlistcontroller.h"
 #include "shell/masterdatacontroller.h"
+#include "shell/openfile.h"
 #include "shell/periodlistcontroller.h"
 #include "shell/splitcontroller.h"
 #include "shell/templatecontroller.h"
@@ -27,6 +28,7 @@ struct Controllers::Parts {
     PeriodListController periodList{app, itemList};
     ChartController charts{app};
     MasterDataController masterData{app};
+    OpenFileController openFile{app};
 };
 
 Controllers::Controllers(App& app) : m_parts(std::make_unique<Parts>(app)) {}

@@ -75,6 +75,7 @@ class ScriptDriver {
         if (verb == "do") return doCommand(arg, command);
         if (verb == "tag") return {}; // read together with "do"
         if (verb == "drag") return drag(arg);
+        if (verb == "open") return openFile(arg);
         if (verb == "advance") {
             if (!arg.is_number() || arg.get<double>() < 0) return "advance braucht eine Zahl von Sekunden";
             m_scheduler.advance(arg.get<double>());
@@ -234,6 +235,14 @@ class ScriptDriver {
         if (command.contains("tag") && command["tag"].is_number_integer()) sender.tag = command["tag"].get<int>();
         if (!m_app.commands().run(arg.get<std::string>(), sender))
             return "unbekannter Befehl \"" + arg.get<std::string>() + "\"";
+        return {};
+    }
+
+    std::string openFile(const Json& arg) {
+        if (!arg.is_string()) return "open braucht den Pfad einer Datei";
+        CommandSender sender;
+        sender.path = arg.get<std::string>();
+        m_app.commands().run("application:openFile:", sender);
         return {};
     }
 

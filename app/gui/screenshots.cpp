@@ -1,0 +1,220 @@
+#include "screenshots.h"
+
+#include "mainwindow.h"
+
+#include "platform_qt/qtservices.h"
+#include "shell/app.h"
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QDir>
+#include <QMessageBox>
+#include <QPixmap>
+#include <QPushButton>
+#include <QTimer>
+
+#include <cstdio>
+
+namespace zifora::gui {
+
+namespace {
+
+constexpr int kTickMs = 100;
+constexpr qint64 kShotTimeoutMs = 15000;
+constexpr QSize kMainWindowSize{1280, 800};
+
+QSet<QWidget*> visibleTopLevels() {
+    QSet<QWidget*> out;
+    for (QWidget* w : QApplication::topLevelWidgets())
+        if (w->isVisible()) out.insert(w);
+    return out;
+}
+
+} // namespace
+
+std::vector<Shot> plannedShots() {
+    return {
+        // The agreement comes by itself during the first start on the book.
+        Shot::alert(QStringLiteral("zustimmung-beim-ersten-start.png")),
+        Shot::mainWindow(QStringLiteral("hauptfenster.png"),
+                         [](ShotContext& c) { c.selectPeriod("März"); }),
+        Shot::alert(QStringLiteral("hinweis-datenbank-geoeffnet.png"),
+                    [](ShotContext& c) {
+                        c.openFile(QDir::homePath().toStdString() + "/Sicherung.zfdb4");
+                    }),
+    };
+}
+
+// ---------------------------------------------------------------------------------------
+// What the actions may do
+
+void ShotContext::run(const std::string& command, int tag) {
+    m_app.commands().run(command, shell::CommandSender{tag});
+    m_window.refresh();
+}
+
+void ShotContext::openFile(const std::string& path) {
+    shell::CommandSender sender;
+    sender.path = path;
+    m_app.commands().run("application:openFile:", sender);
+    m_window.refresh();
+}
+
+bool ShotContext::selectPeriod(const std::string& title) {
+    shell::Selection& s = m_app.selection();
+    s.clients.setSelectionIndex(0);
+    m_app.selectionChanged();
+    if (!s.years.count()) return false;
+    s.years.setSelectionIndex(static_cast<int64_t>(s.years.count() - 1));
+    m_app.selectionChanged();
+    const auto& periods = s.lists.arranged();
+    for (size_t i = 0; i < periods.size(); ++i) {
+        if (periods[i]->getText("title") != title) continue;
+        s.lists.setSelectionIndex(static_cast<int64_t>(i));
+        m_app.selectionChanged();
+        m_window.refresh();
+        return true;
+    }
+    return false;
+}
+
+void ShotContext::showWindow(const std::string& name) {
+    m_ui.showWindow(name);
+}
+
+void ShotContext::hideWindow(const std::string& name) {
+    m_ui.hideWindow(name);
+}
+
+// ---------------------------------------------------------------------------------------
+// The run
+
+ScreenshotRun::ScreenshotRun(shell::App& app, platform_qt::QtUi& ui, MainWindow& window,
+                             QString folder, std::vector<Shot> shots)
+    : m_context(app, ui, window), m_window(window), m_folder(std::move(folder)),
+      m_shots(std::move(shots)) {
+    m_settleTicks = 2;
+    QDir().mkpath(m_folder);
+    m_shotTime.start();
+    QTimer::singleShot(kTickMs, this, &ScreenshotRun::tick);
+}
+
+// Each tick sets a timer of its own first: a timer does not fire again while its own
+// handler runs, but a new one fires inside the loop of a modal dialog that an action opened.
+void ScreenshotRun::tick() {
+    if (m_finished) return;
+    QTimer::singleShot(kTickMs, this, &ScreenshotRun::tick);
+    if (m_index >= m_shots.size()) {
+        if (m_actionDepth == 0) finish();
+        return;
+    }
+    if (m_shotTime.elapsed() > kShotTimeoutMs) {
+        QWidget* modal = QApplication::activeModalWidget();
+        fail(modal ? QStringLiteral("ein Dialog „%1“ steht im Weg").arg(modal->windowTitle())
+                   : QStringLiteral("nichts zu sehen"));
+        next();
+        return;
+    }
+    step(m_shots[m_index]);
+}
+
+void ScreenshotRun::step(const Shot& shot) {
+    if (shot.grab == Shot::Grab::Alert) {
+        if (grabAlert())
+            next();
+        else if (!m_actionDone && shot.action && m_actionDepth == 0)
+            runAction(shot);
+        return;
+    }
+    // The other shots wait for every dialog of the start or of earlier actions to end.
+    if (m_actionDepth > 0 || QApplication::activeModalWidget()) return;
+    if (!m_actionDone) {
+        m_windowsBefore = visibleTopLevels();
+        runAction(shot);
+        if (shot.grab == Shot::Grab::MainWindow) {
+            m_context.hideWindow("welcome");
+            m_context.hideWindow("newsletter");
+            m_window.resize(kMainWindowSize);
+            m_window.show();
+        }
+        m_settleTicks = 3;
+        return;
+    }
+    if (m_settleTicks-- > 0) return;
+    if (shot.grab == Shot::Grab::MainWindow) {
+        save(&m_window, shot);
+        next();
+    } else if (grabNewWindow(shot)) {
+        next();
+    }
+}
+
+void ScreenshotRun::runAction(const Shot& shot) {
+    m_actionDone = true; // before the call: it may sit in a modal loop for a while
+    if (!shot.action) return;
+    ++m_actionDepth;
+    shot.action(m_context);
+    --m_actionDepth;
+}
+
+bool ScreenshotRun::grabAlert() {
+    QWidget* modal = QApplication::activeModalWidget();
+    if (!modal || !modal->isVisible()) {
+        m_settleTicks = 2;
+        return false;
+    }
+    if (m_settleTicks-- > 0) return false; // laid out and painted first
+    save(modal, m_shots[m_index]);
+    if (auto* box = qobject_cast<QMessageBox*>(modal); box && box->defaultButton())
+        box->defaultButton()->click();
+    else if (auto* dialog = qobject_cast<QDialog*>(modal))
+        dialog->reject();
+    else
+        modal->close();
+    return true;
+}
+
+bool ScreenshotRun::grabNewWindow(const Shot& shot) {
+    QWidget* shown = nullptr;
+    QWidget* active = QApplication::activeWindow();
+    const QSet<QWidget*> now = visibleTopLevels();
+    if (active && now.contains(active) && !m_windowsBefore.contains(active)) shown = active;
+    for (QWidget* w : now)
+        if (!shown && !m_windowsBefore.contains(w)) shown = w;
+    if (!shown) return false;
+    save(shown, shot);
+    m_context.hideWindow(shot.windowName);
+    return true;
+}
+
+void ScreenshotRun::save(QWidget* widget, const Shot& shot) {
+    const QString path = QDir(m_folder).filePath(shot.file);
+    const QPixmap picture = widget->grab();
+    if (picture.isNull() || !picture.save(path, "PNG")) {
+        fail(QStringLiteral("%1 konnte nicht geschrieben werden").arg(path));
+        return;
+    }
+    std::printf("%s (%d×%d)\n", qPrintable(path), picture.width(), picture.height());
+    std::fflush(stdout);
+}
+
+void ScreenshotRun::next() {
+    ++m_index;
+    m_actionDone = false;
+    m_settleTicks = 2;
+    m_windowsBefore.clear();
+    m_shotTime.restart();
+}
+
+void ScreenshotRun::fail(const QString& why) {
+    m_failed = true;
+    const QString file = m_index < m_shots.size() ? m_shots[m_index].file : QString();
+    std::fprintf(stderr, "zifora-screenshots: %s: %s\n", qPrintable(file), qPrintable(why));
+}
+
+void ScreenshotRun::finish() {
+    m_finished = true;
+    QApplication::exit(m_failed ? 1 : 0);
+}
+
+} // namespace zifora::gui
