@@ -1,5 +1,7 @@
 #include "screenshots.h"
 
+#include "preferences/preferenceswindow.h"
+
 #include "mainwindow.h"
 
 #include "platform_qt/qtservices.h"
@@ -32,12 +34,32 @@ QSet<QWidget*> visibleTopLevels() {
 
 } // namespace
 
+namespace {
+Shot preferencesShot(int tag, const char* file) {
+    return Shot::window(QString::fromUtf8(file), "preferences",
+                        [tag](ShotContext& c) { c.showPreferencesPane(tag); });
+}
+} // namespace
+
 std::vector<Shot> plannedShots() {
     return {
         // The agreement comes by itself during the first start on the book.
         Shot::alert(QStringLiteral("zustimmung-beim-ersten-start.png")),
         Shot::mainWindow(QStringLiteral("hauptfenster.png"),
                          [](ShotContext& c) { c.selectPeriod("März"); }),
+        Shot::window(QStringLiteral("postenformular.png"), "itemWindow",
+                     [](ShotContext& c) {
+                         c.selectPeriod("März");
+                         c.selectItem(2);
+                         c.run("editItem:");
+                     }),
+        preferencesShot(0, "einstellungen-allgemein.png"),
+        preferencesShot(1, "einstellungen-daten.png"),
+        preferencesShot(2, "einstellungen-kategorien.png"),
+        preferencesShot(3, "einstellungen-konten.png"),
+        preferencesShot(4, "einstellungen-vorlagen.png"),
+        preferencesShot(5, "einstellungen-benutzer.png"),
+        preferencesShot(6, "einstellungen-steuern.png"),
         Shot::alert(QStringLiteral("hinweis-datenbank-geoeffnet.png"),
                     [](ShotContext& c) {
                         c.openFile(QDir::homePath().toStdString() + "/Sicherung.zfdb4");
@@ -86,6 +108,18 @@ void ShotContext::hideWindow(const std::string& name) {
     m_ui.hideWindow(name);
 }
 
+void ShotContext::selectItem(size_t row) {
+    m_app.selection().items.setSelectionIndex(static_cast<int64_t>(row));
+    m_app.selectionChanged();
+    m_window.refresh();
+}
+
+void ShotContext::showPreferencesPane(int tag) {
+    m_ui.showWindow("preferences");
+    for (QWidget* widget : QApplication::topLevelWidgets())
+        if (auto* preferences = qobject_cast<PreferencesWindow*>(widget)) preferences->showPane(tag);
+}
+
 // ---------------------------------------------------------------------------------------
 // The run
 
@@ -126,8 +160,9 @@ void ScreenshotRun::step(const Shot& shot) {
             runAction(shot);
         return;
     }
-    // The other shots wait for every dialog of the start or of earlier actions to end.
-    if (m_actionDepth > 0 || QApplication::activeModalWidget()) return;
+    // The other shots wait for every dialog of the start or of earlier actions to end; after
+    // their own action, a sheet it opened may be the very window to grab.
+    if (m_actionDepth > 0 || (!m_actionDone && QApplication::activeModalWidget())) return;
     if (!m_actionDone) {
         m_windowsBefore = visibleTopLevels();
         runAction(shot);

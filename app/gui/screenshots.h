@@ -55,6 +55,10 @@ class ShotContext {
     /// Shows or hides a window by the name the program knows it by ("itemWindow" …).
     void showWindow(const std::string& name);
     void hideWindow(const std::string& name);
+    /// Selects a row of the selected period's item list (in date order).
+    void selectItem(size_t row);
+    /// Opens the preferences on the pane of `tag` (0 "Allgemein" … 6 "Steuern").
+    void showPreferencesPane(int tag);
 
   private:
     shell::App& m_app;
