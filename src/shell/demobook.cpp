@@ -128,11 +128,7 @@ std::string padded(const std::string& text, size_t width, bool right) {
 class DemoBookMaker {
   public:
     explicit DemoBookMaker(const std::string& home)
-        : m_home(home), m_log(m_events), m_ui(m_log), m_clock(m_scheduler, *parseIsoDate(kTypedOn)),
-          m_clipboard(m_log), m_workspace(m_log), m_places(Places::forHome(home)),
-          m_settings(m_places.settingsFile),
-          m_app(Services{m_ui, m_scheduler, m_clock, m_clipboard, m_workspace}, m_places,
-                m_settings) {}
+        : m_home(home), m_s(m_events, Places::forHome(home), *parseIsoDate(kTypedOn)) {}
 
     core::Result<DemoBook> make() {
         start();
@@ -149,39 +145,39 @@ class DemoBookMaker {
   private:
     // --- the program as a user drives it --------------------------------------------------
     void run(const std::string& command) {
-        m_app.commands().run(command);
-        m_scheduler.runDue();
+        m_s.app.commands().run(command);
+        m_s.scheduler.runDue();
     }
     void field(const std::string& name, Value value) {
-        m_app.fields().set(name, std::move(value));
-        m_scheduler.runDue();
+        m_s.app.fields().set(name, std::move(value));
+        m_s.scheduler.runDue();
     }
 
     void start() {
-        m_app.init();
-        m_app.awakeFromNib(); // the agreement takes its default answer; see finish()
-        m_scheduler.advance(1);
+        m_s.app.init();
+        m_s.app.awakeFromNib(); // the agreement takes its default answer; see finish()
+        m_s.scheduler.advance(1);
     }
 
     void setUpClient() {
-        core::Record* client = m_app.selection().currentClient();
+        core::Record* client = m_s.app.selection().currentClient();
         client->set("company", Value::string(kCompany));
         client->set("taxNumber", Value::string("21/815/08150"));
         run("changeCurrentClient:");
         run("loadDefaultAccountsSetup:");
-        m_settings.setFloat("prefs1Rate", 19);
-        m_settings.setFloat("prefs2Rate", 7);
-        m_settings.setFloat("prefs3Rate", 0); // the zero rate of small solar installations
-        m_settings.setBool("isSetupDone", true);
-        m_settings.setInteger("jaImage", 2);
-        m_scheduler.advance(1);
+        m_s.settings.setFloat("prefs1Rate", 19);
+        m_s.settings.setFloat("prefs2Rate", 7);
+        m_s.settings.setFloat("prefs3Rate", 0); // the zero rate of small solar installations
+        m_s.settings.setBool("isSetupDone", true);
+        m_s.settings.setInteger("jaImage", 2);
+        m_s.scheduler.advance(1);
     }
 
     void addCategories() {
         for (const char* title : kCategories) {
             run("addGroup:");
-            m_app.selection().groups.selected()->set("title", Value::string(title));
-            m_app.selection().groups.rearrange();
+            m_s.app.selection().groups.selected()->set("title", Value::string(title));
+            m_s.app.selection().groups.rearrange();
         }
     }
 
@@ -193,14 +189,14 @@ class DemoBookMaker {
             run("addList:");
             field("listPopUp", Value::string(month));
             run("closeList:");
-            m_periods.push_back(m_app.selection().currentPeriod());
+            m_periods.push_back(m_s.app.selection().currentPeriod());
         }
     }
 
     // --- the postings of a month ----------------------------------------------------------
     void addMonth(size_t month) {
-        m_app.selection().lists.select(m_periods[month]);
-        m_app.selectionChanged();
+        m_s.app.selection().lists.select(m_periods[month]);
+        m_s.app.selectionChanged();
         const int m = static_cast<int>(month) + 1;
         for (const Posting& p : recurringPostings()) {
             if (m == 1) {
@@ -310,22 +306,22 @@ class DemoBookMaker {
         if (!p.comment.empty()) field("commentField", Value::string(p.comment));
         run("calculateItem:");
         run("closeItemSheet:");
-        m_scheduler.advance(1);
+        m_s.scheduler.advance(1);
     }
 
     void postFromTemplate(const Posting& p, int month) {
         run("addItem:");
-        ListController& templates = m_app.selection().templates;
+        ListController& templates = m_s.app.selection().templates;
         const auto& arranged = templates.arranged();
         for (size_t i = 0; i < arranged.size(); ++i)
             if (arranged[i]->getText("title") == p.title)
                 templates.setSelectionIndex(static_cast<int64_t>(i));
         run("selectTemplateSearchSheet:");
-        m_scheduler.advance(0.2); // the calculation and the account check follow the choice
+        m_s.scheduler.advance(0.2); // the calculation and the account check follow the choice
         field("datePicker", Value::date(dateOf(month, p.day)));
         run("calculateItem:");
         run("closeItemSheet:");
-        m_scheduler.advance(1);
+        m_s.scheduler.advance(1);
     }
 
     /// The numbers of the studio's own invoices, in the order they were written.
@@ -343,12 +339,12 @@ class DemoBookMaker {
 
     // --- the end --------------------------------------------------------------------------
     void finish() {
-        m_app.selection().lists.select(m_periods[2]); // March stays selected
-        m_app.selectionChanged();
-        m_app.applicationWillTerminate();
+        m_s.app.selection().lists.select(m_periods[2]); // March stays selected
+        m_s.app.selectionChanged();
+        m_s.app.applicationWillTerminate();
         // Agreeing to the terms of use is the user's own step, at the next start.
-        m_settings.setBool("veryFirstAlertDone", false);
-        (void)m_settings.flush();
+        m_s.settings.setBool("veryFirstAlertDone", false);
+        (void)m_s.settings.flush();
     }
 
     /// The first alert, beep or error of the run beyond the two of every first start.
@@ -368,11 +364,11 @@ class DemoBookMaker {
     }
 
     DemoBook totals() {
-        DemoBook book{m_home, joinPath(m_places.dataFolder, "Zifora.zfdb4"), kCompany, kYear, {}};
+        DemoBook book{m_home, joinPath(m_s.places.dataFolder, "Zifora.zfdb4"), kCompany, kYear, {}};
         for (core::Record* period : m_periods) {
-            m_app.selection().lists.select(period);
-            m_app.selectionChanged();
-            const auto& items = m_app.selection().items.arranged();
+            m_s.app.selection().lists.select(period);
+            m_s.app.selectionChanged();
+            const auto& items = m_s.app.selection().items.arranged();
             book.periods.push_back(
                 {period->getText("title"), items.size(), posting::settlementTotals(items)});
         }
@@ -381,15 +377,7 @@ class DemoBookMaker {
 
     std::string m_home;
     std::ostringstream m_events;
-    EventLog m_log;
-    ScriptedUi m_ui;
-    VirtualScheduler m_scheduler;
-    VirtualClock m_clock;
-    RecordingClipboard m_clipboard;
-    RecordingWorkspace m_workspace;
-    Places m_places;
-    core::Settings m_settings;
-    App m_app;
+    HeadlessSession m_s;
     DemoRandom m_random{kSeed};
     std::vector<core::Record*> m_periods;
     int m_invoices = 0;

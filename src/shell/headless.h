@@ -2,6 +2,9 @@
 // Headless implementations of the platform services: scripted answers, a virtual clock,
 // and every event written as one JSON line.
 
+#include "core/settings.h"
+#include "shell/app.h"
+#include "shell/places.h"
 #include "shell/services.h"
 
 #include <deque>
@@ -117,6 +120,25 @@ class RecordingWorkspace final : public Workspace {
   private:
     EventLog& m_log;
     bool m_terminated = false;
+};
+
+/// A whole program without a display: the headless services and an App over them, for
+/// the script driver, the demonstration book and tests.
+struct HeadlessSession {
+    HeadlessSession(std::ostream& out, Places where, core::Date start)
+        : log(out), ui(log), clock(scheduler, start), clipboard(log), workspace(log),
+          places(std::move(where)), settings(places.settingsFile),
+          app(Services{ui, scheduler, clock, clipboard, workspace}, places, settings) {}
+
+    EventLog log;
+    ScriptedUi ui;
+    VirtualScheduler scheduler;
+    VirtualClock clock;
+    RecordingClipboard clipboard;
+    RecordingWorkspace workspace;
+    Places places;
+    core::Settings settings;
+    App app;
 };
 
 } // namespace zifora::shell

@@ -29,29 +29,27 @@ core::Date realNow() {
 class ScriptDriver {
   public:
     explicit ScriptDriver(std::ostream& out)
-        : m_log(out), m_ui(m_log), m_clock(m_scheduler, realNow()), m_clipboard(m_log),
-          m_workspace(m_log), m_places(Places::fromEnvironment()), m_settings(m_places.settingsFile),
-          m_app(Services{m_ui, m_scheduler, m_clock, m_clipboard, m_workspace}, m_places, m_settings) {
-        if (auto notice = loadSettingsSafely(m_settings)) m_log.error(*notice);
+        : m_s(out, Places::fromEnvironment(), realNow()) {
+        if (auto notice = loadSettingsSafely(m_s.settings)) m_s.log.error(*notice);
     }
 
     int run(std::istream& script) {
         std::string line;
         int number = 0;
-        while (!m_workspace.terminated() && std::getline(script, line)) {
+        while (!m_s.workspace.terminated() && std::getline(script, line)) {
             ++number;
             if (line.find_first_not_of(" \t\r") == std::string::npos || line.starts_with("#"))
                 continue;
             Json command = Json::parse(line, nullptr, /*allow_exceptions=*/false);
             if (command.is_discarded() || !command.is_object()) {
-                m_log.error("Zeile " + std::to_string(number) + ": kein gültiges JSON-Objekt");
+                m_s.log.error("Zeile " + std::to_string(number) + ": kein gültiges JSON-Objekt");
                 continue;
             }
             execute(command, number);
-            m_scheduler.runDue();
+            m_s.scheduler.runDue();
         }
-        (void)m_settings.flush();
-        return m_log.errorCount() ? 1 : 0;
+        (void)m_s.settings.flush();
+        return m_s.log.errorCount() ? 1 : 0;
     }
 
   private:
@@ -61,7 +59,7 @@ class ScriptDriver {
             const std::string verb = it.key();
             const Json& arg = it.value();
             std::string problem = dispatch(verb, arg, command);
-            if (!problem.empty()) m_log.error(where + problem);
+            if (!problem.empty()) m_s.log.error(where + problem);
         }
     }
 
@@ -78,39 +76,39 @@ class ScriptDriver {
         if (verb == "open") return openFile(arg);
         if (verb == "advance") {
             if (!arg.is_number() || arg.get<double>() < 0) return "advance braucht eine Zahl von Sekunden";
-            m_scheduler.advance(arg.get<double>());
+            m_s.scheduler.advance(arg.get<double>());
             return {};
         }
         if (verb == "clock") {
             if (!arg.is_string()) return "clock braucht ein Datum nach ISO 8601";
             auto date = parseIsoDate(arg.get<std::string>());
             if (!date) return date.error().message;
-            m_clock.setStart(*date);
+            m_s.clock.setStart(*date);
             return {};
         }
         if (verb == "start") {
-            m_app.init();
-            m_app.awakeFromNib();
+            m_s.app.init();
+            m_s.app.awakeFromNib();
             return {};
         }
         if (verb == "quit") {
-            m_app.applicationWillTerminate();
+            m_s.app.applicationWillTerminate();
             return {};
         }
         if (verb == "dump") {
-            m_log.emit("{\"dump\":" + dumpJson(m_app.databaseRoot()) + "}");
+            m_s.log.emit("{\"dump\":" + dumpJson(m_s.app.databaseRoot()) + "}");
             return {};
         }
         if (verb == "dumpSettings") {
             std::string json = "{\"settings\":{";
             bool first = true;
-            for (const auto& [key, value] : m_settings.all()) {
+            for (const auto& [key, value] : m_s.settings.all()) {
                 if (!first) json += ',';
                 first = false;
                 appendJsonString(json, key);
                 json += ':' + taggedJson(value);
             }
-            m_log.emit(json + "}}");
+            m_s.log.emit(json + "}}");
             return {};
         }
         return "unbekannter Befehl \"" + verb + "\"";
@@ -124,7 +122,7 @@ class ScriptDriver {
                                       "inventory"};
         for (const char* name : order) {
             if (!arg.contains(name)) continue;
-            ListController* controller = m_app.selection().byRecordName(name);
+            ListController* controller = m_s.app.selection().byRecordName(name);
             const Json& index = arg[name];
             if (index.is_null()) {
                 controller->setSelectionIndex(std::nullopt);
@@ -135,10 +133,10 @@ class ScriptDriver {
                 return std::string("keine Zeile ") + index.dump() + " in der Liste " + name +
                        " (sie hat " + std::to_string(controller->count()) + ")";
             }
-            m_app.selectionChanged();
+            m_s.app.selectionChanged();
         }
         for (auto it = arg.begin(); it != arg.end(); ++it)
-            if (!m_app.selection().byRecordName(it.key()))
+            if (!m_s.app.selection().byRecordName(it.key()))
                 return "unbekannte Liste \"" + it.key() + "\"";
         return {};
     }
@@ -147,7 +145,7 @@ class ScriptDriver {
         if (!arg.is_object() || !arg.contains("record") || !arg.contains("key"))
             return "set braucht record, key und value";
         std::string name = arg["record"].is_string() ? arg["record"].get<std::string>() : "";
-        ListController* controller = m_app.selection().byRecordName(name);
+        ListController* controller = m_s.app.selection().byRecordName(name);
         if (!controller) return "unbekannter Datensatz \"" + name + "\"";
         core::Record* record = controller->selected();
         if (!record) return "in der Liste " + name + " ist nichts ausgewählt";
@@ -173,7 +171,7 @@ class ScriptDriver {
             if (!tagged) return tagged.error().message;
             v = *tagged;
         } else if (!value.is_null()) return "field: unbekannter Wert";
-        m_app.fields().set(arg["name"].get<std::string>(), v);
+        m_s.app.fields().set(arg["name"].get<std::string>(), v);
         return {};
     }
 
@@ -194,7 +192,7 @@ class ScriptDriver {
                 request.targetRow = static_cast<size_t>(to["row"].get<int64_t>());
         }
         request.option = arg.value("option", false);
-        if (!m_app.drag(request)) return "Zeilen der Liste \"" + request.list + "\" lassen sich nicht ziehen";
+        if (!m_s.app.drag(request)) return "Zeilen der Liste \"" + request.list + "\" lassen sich nicht ziehen";
         return {};
     }
 
@@ -203,8 +201,8 @@ class ScriptDriver {
         for (auto it = arg.begin(); it != arg.end(); ++it) {
             auto value = loadTaggedJson(it.value().dump());
             if (!value) return it.key() + ": " + value.error().message;
-            if (value->isAbsent()) m_settings.remove(it.key());
-            else m_settings.set(it.key(), *value);
+            if (value->isAbsent()) m_s.settings.remove(it.key());
+            else m_s.settings.set(it.key(), *value);
         }
         return {};
     }
@@ -214,7 +212,7 @@ class ScriptDriver {
         for (const Json& a : arg) {
             if (!a.is_number_integer() || a.get<int>() < 0 || a.get<int>() > 2)
                 return "eine Antwort ist 0, 1 oder 2";
-            m_ui.queueAnswer(a.get<int>());
+            m_s.ui.queueAnswer(a.get<int>());
         }
         return {};
     }
@@ -222,8 +220,8 @@ class ScriptDriver {
     std::string queueChoices(const Json& arg) {
         if (!arg.is_array()) return "choose braucht eine Liste";
         for (const Json& c : arg) {
-            if (c.is_null()) m_ui.queueChoice(std::nullopt);
-            else if (c.is_string()) m_ui.queueChoice(c.get<std::string>());
+            if (c.is_null()) m_s.ui.queueChoice(std::nullopt);
+            else if (c.is_string()) m_s.ui.queueChoice(c.get<std::string>());
             else return "eine Wahl ist ein Pfad oder null";
         }
         return {};
@@ -233,7 +231,7 @@ class ScriptDriver {
         if (!arg.is_string()) return "do braucht den Namen eines Befehls";
         CommandSender sender;
         if (command.contains("tag") && command["tag"].is_number_integer()) sender.tag = command["tag"].get<int>();
-        if (!m_app.commands().run(arg.get<std::string>(), sender))
+        if (!m_s.app.commands().run(arg.get<std::string>(), sender))
             return "unbekannter Befehl \"" + arg.get<std::string>() + "\"";
         return {};
     }
@@ -242,19 +240,11 @@ class ScriptDriver {
         if (!arg.is_string()) return "open braucht den Pfad einer Datei";
         CommandSender sender;
         sender.path = arg.get<std::string>();
-        m_app.commands().run("application:openFile:", sender);
+        m_s.app.commands().run("application:openFile:", sender);
         return {};
     }
 
-    EventLog m_log;
-    ScriptedUi m_ui;
-    VirtualScheduler m_scheduler;
-    VirtualClock m_clock;
-    RecordingClipboard m_clipboard;
-    RecordingWorkspace m_workspace;
-    Places m_places;
-    core::Settings m_settings;
-    App m_app;
+    HeadlessSession m_s;
 };
 
 } // namespace
