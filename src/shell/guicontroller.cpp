@@ -31,17 +31,17 @@ GUIController::GUIController(App& app) : GUIController(app, findHelpFolder()) {}
 
 void GUIController::registerCommands() {
     CommandRegistry& c = m_app.commands();
-    Ui& ui = m_app.services().ui;
-    Workspace& workspace = m_app.services().workspace;
-    auto show = [&c, &ui](const char* command, std::string window) {
-        c.add(command, [&ui, window](const CommandSender&) { ui.showWindow(window); });
+    Ui* ui = &m_app.services().ui;
+    Workspace* workspace = &m_app.services().workspace;
+    auto show = [&c, ui](const char* command, std::string window) {
+        c.add(command, [ui, window](const CommandSender&) { ui->showWindow(window); });
     };
-    auto hide = [&c, &ui](const char* command, std::string window) {
-        c.add(command, [&ui, window](const CommandSender&) { ui.hideWindow(window); });
+    auto hide = [&c, ui](const char* command, std::string window) {
+        c.add(command, [ui, window](const CommandSender&) { ui->hideWindow(window); });
     };
-    auto web = [&c, &workspace](const char* command, std::string path) {
+    auto web = [&c, workspace](const char* command, std::string path) {
         c.add(command,
-              [&workspace, path](const CommandSender&) { workspace.openFile(productPage(path)); });
+              [workspace, path](const CommandSender&) { workspace->openFile(productPage(path)); });
     };
 
     show("showWelcome:", "welcome");
@@ -67,15 +67,15 @@ void GUIController::registerCommands() {
 
 void GUIController::registerHelpSheets() {
     CommandRegistry& c = m_app.commands();
-    Ui& ui = m_app.services().ui;
+    Ui* ui = &m_app.services().ui;
     for (std::string_view part : kHelpSheets) {
         const std::string name(part);
         const std::string window = "sheet" + name;
         c.add("openSheet" + name + ":",
-              [&ui, window](const CommandSender&) { ui.showWindow(window); });
+              [ui, window](const CommandSender&) { ui->showWindow(window); });
         for (const char* verb : {"close", "cancel"})
             c.add(verb + ("Sheet" + name + ":"),
-                  [&ui, window](const CommandSender&) { ui.hideWindow(window); });
+                  [ui, window](const CommandSender&) { ui->hideWindow(window); });
     }
 }
 
