@@ -5,6 +5,7 @@
 #include "preferences/preferencescontroller.h"
 #include "screenshots.h"
 #include "singleinstance.h"
+#include "startsheets.h"
 
 #include "core/settings.h"
 #include "platform_qt/qtservices.h"
@@ -68,6 +69,8 @@ int main(int argc, char** argv) {
 
     gui::FormSheets forms(app, &window, [&window] { window.refresh(); });
     forms.registerWindows(ui);
+    gui::StartSheets startSheets(app, &window, [&window] { window.refresh(); });
+    startSheets.registerWindows(ui);
 
     // A file the desktop asks us to open, at the start or handed on by a later start.
     auto openFile = [&](const QString& path) {

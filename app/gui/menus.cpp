@@ -53,11 +53,24 @@ constexpr MenuEntry kEntries[] = {
     {"&Datenbank", "migrateWithTag:", "Alte Datenbank migrieren …", "", 0},
     {"&Datenbank", "doTheManualMigration", "Datenbank von Hand migrieren …", ""},
     {"&Datenbank", "openMigrationHelp:", "Anleitung zur Migration", ""},
+    {"&Hilfe", "toggleDocs:", "Zifora-Hilfe", "F1"},
+    {"&Hilfe", "toggleHelp:", "Hilfe zum Hauptfenster", "Shift+F1"},
+    {"&Hilfe", "showWelcome:", "Willkommen …", ""},
+    {"&Hilfe", "selectAssi:", "Einrichtungsassistent …", ""},
+    {"&Hilfe", "openSheetFirst:", "Erste Schritte …", ""},
+    {"&Hilfe", "openSheetAssi:", "Zifora einrichten …", ""},
+    {"&Hilfe", "openSheetAccount:", "Konten und Kategorien …", ""},
+    {"&Hilfe", "openSheetEntry:", "Posten erfassen …", ""},
+    {"&Hilfe", "openNewsletter:", "Newsletter bestellen …", ""},
+    {"&Hilfe", "openSupport:", "Support …", ""},
+    {"&Hilfe", "openFeedback:", "Feedback senden …", ""},
+    {"&Hilfe", "openACK:", "Danksagungen …", ""},
+    {"&Hilfe", "showAbout:", "Über Zifora", ""},
 };
 
 // Commands that are steps of the program rather than things a user asks for.
 // The buttons and controls of the forms reach the rest (the item form's checks, the split
-// calculator's button, the set-up assistant's variants).
+// calculator's button, the set-up assistant's variants, the buttons of the panels).
 const std::set<std::string> kInternal{
     "autoSave:", "saveDataToDisk", "loadDataFromDisk", "setSelection", "pathForDataFile",
     "firstStart", "setCurrentClientToPrefs", "applicationDidBecomeActive:", "doTheMigration",
@@ -66,7 +79,12 @@ const std::set<std::string> kInternal{
     "validateAccountPopUpVoid", "validateAccountTitle:", "selectAccountSearchSheet:",
     "selectGroupSearchSheet:", "selectTemplateSearchSheet:", "splitAction:", "cancelSplitWindow:",
     "addAccountSetup:", "addGroupSetup:", "loadCompleteAccountsSetup:",
-    "loadDefaultAccountsSetup:", "loadMinimalAccountsSetup:",
+    "loadDefaultAccountsSetup:", "loadMinimalAccountsSetup:", "closeWelcome:", "closeAbout:",
+    "closeNewsletter:", "closeNewsletterForever:", "finishAssi:", "cancelAssi:",
+    "closeSheetFirst:", "cancelSheetFirst:", "closeSheetAssi:", "cancelSheetAssi:",
+    "closeSheetAccount:", "cancelSheetAccount:", "closeSheetEntry:", "cancelSheetEntry:",
+    // The search field's panel belongs to the search, which is not part of this version.
+    "showSearchPopover:",
 };
 
 } // namespace

@@ -1,6 +1,7 @@
 #include "screenshots.h"
 
 #include "preferences/preferenceswindow.h"
+#include "setupassistant.h"
 
 #include "mainwindow.h"
 
@@ -45,6 +46,8 @@ std::vector<Shot> plannedShots() {
     return {
         // The agreement comes by itself during the first start on the book.
         Shot::alert(QStringLiteral("zustimmung-beim-ersten-start.png")),
+        // Before the start shows it by itself a moment later.
+        Shot::window(QStringLiteral("willkommen.png"), "welcome"),
         Shot::mainWindow(QStringLiteral("hauptfenster.png"),
                          [](ShotContext& c) { c.selectPeriod("März"); }),
         Shot::window(QStringLiteral("postenformular.png"), "itemWindow",
@@ -60,6 +63,13 @@ std::vector<Shot> plannedShots() {
         preferencesShot(4, "einstellungen-vorlagen.png"),
         preferencesShot(5, "einstellungen-benutzer.png"),
         preferencesShot(6, "einstellungen-steuern.png"),
+        Shot::window(QStringLiteral("assistent-kontenrahmen.png"), "assistant",
+                     [](ShotContext& c) {
+                         c.run("selectAssi:");
+                         for (QWidget* widget : QApplication::topLevelWidgets())
+                             if (auto* assistant = qobject_cast<SetupAssistant*>(widget))
+                                 assistant->showPage(SetupAssistant::Chart);
+                     }),
         Shot::alert(QStringLiteral("hinweis-datenbank-geoeffnet.png"),
                     [](ShotContext& c) {
                         c.openFile(QDir::homePath().toStdString() + "/Sicherung.zfdb4");
@@ -117,7 +127,8 @@ void ShotContext::selectItem(size_t row) {
 void ShotContext::showPreferencesPane(int tag) {
     m_ui.showWindow("preferences");
     for (QWidget* widget : QApplication::topLevelWidgets())
-        if (auto* preferences = qobject_cast<PreferencesWindow*>(widget)) preferences->showPane(tag);
+        if (auto* preferences = qobject_cast<PreferencesWindow*>(widget))
+            preferences->showPane(tag);
 }
 
 // ---------------------------------------------------------------------------------------

@@ -1,5 +1,7 @@
 #include "shell/chartfiles.h"
 
+#include "shell/resourcefolders.h"
+
 #include <array>
 
 namespace zifora::shell {
@@ -10,10 +12,6 @@ namespace {
 
 constexpr std::array kAllCharts{BuiltInChart::Complete, BuiltInChart::Standard,
                                 BuiltInChart::Minimal};
-
-// How many folders above the program's own a build tree's resources may lie
-// (<build>/app/cli/zifora-cli, <build>/tests/unit_shell).
-constexpr int kBuildTreeDepth = 3;
 
 bool holdsCharts(const fs::path& folder) {
     std::error_code ec;
@@ -37,23 +35,13 @@ std::string_view chartFileName(BuiltInChart chart) {
 }
 
 std::optional<fs::path> findChartsFolder(const fs::path& executable) {
-    fs::path folder = executable.parent_path();
-    if (folder.empty()) return std::nullopt;
-    fs::path installed = folder.parent_path() / "share" / "zifora" / "charts";
-    if (holdsCharts(installed)) return installed;
-    for (int up = 0; up <= kBuildTreeDepth && !folder.empty(); ++up) {
-        if (holdsCharts(folder / "resources" / "charts")) return folder / "resources" / "charts";
-        if (folder == folder.root_path()) break;
-        folder = folder.parent_path();
-    }
-    return std::nullopt;
+    return findResourceFolder(executable, "charts", holdsCharts);
 }
 
 std::optional<fs::path> findChartsFolder() {
-    std::error_code ec;
-    fs::path executable = fs::read_symlink("/proc/self/exe", ec);
-    if (ec) return std::nullopt;
-    return findChartsFolder(executable);
+    auto executable = runningExecutable();
+    if (!executable) return std::nullopt;
+    return findChartsFolder(*executable);
 }
 
 } // namespace zifora::shell

@@ -2,6 +2,7 @@
 
 #include "shell/app.h"
 #include "shell/chartcontroller.h"
+#include "shell/guicontroller.h"
 #include "shell/itemcontroller.h"
 #include "shell/itemlistcontroller.h"
 #include "shell/masterdatacontroller.h"
@@ -29,6 +30,7 @@ struct Controllers::Parts {
     ChartController charts{app};
     MasterDataController masterData{app};
     OpenFileController openFile{app};
+    GUIController gui{app};
 };
 
 Controllers::Controllers(App& app) : m_parts(std::make_unique<Parts>(app)) {}
