@@ -128,10 +128,14 @@ class Decoder {
     // Counts `n` values of the tree being built; refuses when the tree grows too large.
     Result<void> count(uint64_t n) {
         m_valueCount += n;
-        if (m_valueCount > m_valueLimit)
-            return failure("the archive stands for more than " + std::to_string(m_valueLimit) +
-                           " values (its objects are shared too often)");
+        if (m_valueCount > m_valueLimit) [[unlikely]]
+            return tooManyValues();
         return {};
+    }
+
+    [[gnu::cold, gnu::noinline]] std::unexpected<Error> tooManyValues() const {
+        return failure("the archive stands for more than " + std::to_string(m_valueLimit) +
+                       " values (its objects are shared too often)");
     }
 
     Result<Value> inlineValue(const PlistObject& obj, int depth) {
@@ -209,9 +213,9 @@ class Decoder {
         // An object dictionary names its class under "$class".
         ObjectFields fields;
         for (size_t i = 0; i < obj->count(); ++i) {
-            auto key = m_r.string(obj->refs[i]);
+            auto key = fieldName(obj->refs[i]);
             if (!key) return std::unexpected(key.error());
-            fields.emplace_back(std::move(*key), obj->refs[obj->count() + i]);
+            fields.emplace_back(*key, obj->refs[obj->count() + i]);
         }
         const uint64_t* classRef = field(fields, "$class");
         if (!classRef) return inlineValue(*obj, depth);
@@ -220,7 +224,17 @@ class Decoder {
         return decodeObject(uid, **cls, fields, depth);
     }
 
-    using ObjectFields = std::vector<std::pair<std::string, uint64_t>>;
+    // The names point into m_fieldNames, which keeps them for the whole decode.
+    using ObjectFields = std::vector<std::pair<std::string_view, uint64_t>>;
+
+    // The text of an object dictionary's key. Archives use a handful of such names
+    // ("$class", "properties", "NS.keys" …) for all their objects, so each is read once.
+    Result<std::string_view> fieldName(uint64_t ref) {
+        if (auto it = m_fieldNames.find(ref); it != m_fieldNames.end()) return std::string_view(it->second);
+        auto key = m_r.string(ref);
+        if (!key) return std::unexpected(key.error());
+        return std::string_view(m_fieldNames.emplace(ref, std::move(*key)).first->second);
+    }
 
     static const uint64_t* field(const ObjectFields& fields, std::string_view key) {
         for (const auto& [k, ref] : fields)
@@ -426,9 +440,9 @@ class Decoder {
         if (obj->type != PlistType::Dict) return notADictionary();
         ObjectFields fields;
         for (size_t i = 0; i < obj->count(); ++i) {
-            auto key = m_r.string(obj->refs[i]);
+            auto key = fieldName(obj->refs[i]);
             if (!key) return std::unexpected(key.error());
-            fields.emplace_back(std::move(*key), obj->refs[obj->count() + i]);
+            fields.emplace_back(*key, obj->refs[obj->count() + i]);
         }
         if (!field(fields, "NS.keys")) return notADictionary();
         // Records of a class mostly share one keys array. Once each of its keys was read by
@@ -445,6 +459,19 @@ class Decoder {
         std::vector<KeyId> learned;
         bool allByReference = !isKnown;
         for (size_t i = 0; i < refs->second.size(); ++i) {
+            // Most values of a record are shared ones read before: take them from the cache
+            // directly, counted as member() would count them.
+            if (distinct && depth + 2 <= kMaxDepth) {
+                const uint32_t uid = m_uidAtPlist[refs->second[i]];
+                if (uid != kNoUid && uid != 0 && m_state[uid] == State::Done &&
+                    m_cache[uid].kind() != Kind::Int) {
+                    m_valueCount += m_sizes[uid];
+                    if (m_valueCount > m_valueLimit) [[unlikely]]
+                        return tooManyValues();
+                    props.appendNew(known->second[i], m_cache[uid]);
+                    continue;
+                }
+            }
             Result<KeyId> key = isKnown ? Result<KeyId>(known->second[i]) : Result<KeyId>();
             if (!isKnown) {
                 bool byReference = false;
@@ -529,6 +556,7 @@ class Decoder {
     std::vector<State> m_state;
     std::vector<uint32_t> m_keyIds;
     std::vector<uint32_t> m_uidAtPlist; // per plist object: the UID it holds, once read
+    std::unordered_map<uint64_t, std::string> m_fieldNames;
     std::vector<uint64_t> m_sizes;      // per object: the values its tree holds
     uint64_t m_valueCount = 0;
     uint64_t m_valueLimit;
