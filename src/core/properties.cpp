@@ -16,6 +16,13 @@ const Value* Properties::find(KeyId key) const {
     return nullptr;
 }
 
+const Value* Properties::find(KeyId key, uint32_t& hint) const {
+    if (hint < m_entries.size() && m_entries[hint].m_slot == key) return &m_entries[hint];
+    const Value* v = find(key);
+    if (v) hint = static_cast<uint32_t>(v - m_entries.data());
+    return v;
+}
+
 Value Properties::get(KeyId key) const {
     const Value* v = find(key);
     if (!v) return {};

@@ -16,6 +16,10 @@ class Properties {
     [[nodiscard]] Value get(std::string_view key) const { return get(internKey(key)); }
     [[nodiscard]] Value get(KeyId key) const;
     [[nodiscard]] const Value* find(KeyId key) const;
+    /// The same, trying the place `hint` first and leaving the place found there. Records of
+    /// one class keep their keys at the same places, so a loop over many of them that keeps
+    /// one hint per key finds each key at once.
+    [[nodiscard]] const Value* find(KeyId key, uint32_t& hint) const;
     [[nodiscard]] bool contains(std::string_view key) const {
         return find(internKey(key)) != nullptr;
     }

@@ -41,18 +41,24 @@ struct ItemReads {
     const Value* openWith;
     const Value* openWithout;
 
-    ItemReads(const Record& item, const TotalKeys& k) {
+    /// Where each key stood in the last item: the next item of the same class has it there.
+    struct Hints {
+        uint32_t kind = 0, taxBool = 0, taxTag = 0, taxFeeGet = 0, taxFeePay = 0, expenseWith = 0,
+                 incomeWith = 0, incomeWithout = 0, openWith = 0, openWithout = 0;
+    };
+
+    ItemReads(const Record& item, const TotalKeys& k, Hints& h) {
         const core::Properties& p = item.properties();
-        kind = p.find(k.kind);
-        taxBool = p.find(k.taxBool);
-        taxTag = p.find(k.taxTag);
-        taxFeeGet = p.find(k.taxFeeGet);
-        taxFeePay = p.find(k.taxFeePay);
-        expenseWith = p.find(k.expenseWith);
-        incomeWith = p.find(k.incomeWith);
-        incomeWithout = p.find(k.incomeWithout);
-        openWith = p.find(k.openWith);
-        openWithout = p.find(k.openWithout);
+        kind = p.find(k.kind, h.kind);
+        taxBool = p.find(k.taxBool, h.taxBool);
+        taxTag = p.find(k.taxTag, h.taxTag);
+        taxFeeGet = p.find(k.taxFeeGet, h.taxFeeGet);
+        taxFeePay = p.find(k.taxFeePay, h.taxFeePay);
+        expenseWith = p.find(k.expenseWith, h.expenseWith);
+        incomeWith = p.find(k.incomeWith, h.incomeWith);
+        incomeWithout = p.find(k.incomeWithout, h.incomeWithout);
+        openWith = p.find(k.openWith, h.openWith);
+        openWithout = p.find(k.openWithout, h.openWithout);
     }
 };
 
@@ -190,10 +196,11 @@ SettlementTotals settlementTotals(std::span<const Record* const> items) {
     const TotalKeys keys;
     SettlementTotals totals;
     KeySums sums;
+    ItemReads::Hints hints;
     for (size_t i = 0; i < items.size(); ++i) {
         prefetchAhead(items, i, keys);
         if (!items[i]) continue;
-        const ItemReads item(*items[i], keys);
+        const ItemReads item(*items[i], keys, hints);
         accumulateItem(totals.accumulators, item);
         addKeySums(sums, item);
     }

@@ -130,3 +130,20 @@ TEST(Properties, StoringAbsentRemovesAndOrderIsFirstInsertion) {
     EXPECT_FALSE(p.contains("b"));
     EXPECT_EQ(p.size(), 1u);
 }
+
+TEST(Properties, FindWithAHintFollowsTheKeyWhereverItStands) {
+    Properties a, b;
+    a.set("x", Value::intValue(1));
+    a.set("y", Value::intValue(2));
+    b.set("y", Value::intValue(3)); // the same key at another place
+    uint32_t hint = 0;
+    KeyId y = internKey("y");
+    ASSERT_NE(a.find(y, hint), nullptr);
+    EXPECT_EQ(a.find(y, hint)->asInt(), 2);
+    EXPECT_EQ(hint, 1u);
+    EXPECT_EQ(b.find(y, hint)->asInt(), 3) << "a stale hint must not hand out another key";
+    EXPECT_EQ(hint, 0u);
+    uint32_t far = 99;
+    EXPECT_EQ(b.find(internKey("nirgends"), far), nullptr);
+    EXPECT_EQ(far, 99u);
+}
