@@ -424,7 +424,7 @@ void BinaryPlistWriter::setArray(uint64_t index, std::span<const uint64_t> membe
     e.marker = 0xA0;
     e.refsBegin = m_refs.size();
     e.refsCount = members.size();
-    m_refs.insert(m_refs.end(), members.begin(), members.end());
+    for (uint64_t m : members) m_refs.push_back(static_cast<uint32_t>(m));
 }
 
 void BinaryPlistWriter::setDict(uint64_t index, std::span<const uint64_t> keys,
@@ -433,8 +433,8 @@ void BinaryPlistWriter::setDict(uint64_t index, std::span<const uint64_t> keys,
     e.marker = 0xD0;
     e.refsBegin = m_refs.size();
     e.refsCount = keys.size() * 2;
-    m_refs.insert(m_refs.end(), keys.begin(), keys.end());
-    m_refs.insert(m_refs.end(), values.begin(), values.end());
+    for (uint64_t k : keys) m_refs.push_back(static_cast<uint32_t>(k));
+    for (uint64_t v : values) m_refs.push_back(static_cast<uint32_t>(v));
 }
 
 uint64_t BinaryPlistWriter::addArray(std::span<const uint64_t> members) {

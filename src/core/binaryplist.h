@@ -110,7 +110,9 @@ class BinaryPlistWriter {
 
     std::vector<Entry> m_objects;
     std::string m_scalarBytes;
-    std::vector<uint64_t> m_refs;
+    // References are kept in 32 bits: a book would need billions of objects, far beyond
+    // what fits in memory, before one of them could not be told apart.
+    std::vector<uint32_t> m_refs;
 };
 
 /// Converts UTF-8 to UTF-16 code units and back; invalid sequences become U+FFFD.

@@ -4,7 +4,10 @@
 #include "core/keyedarchive.h"
 #include "core/record.h"
 
+#include <array>
+#include <deque>
 #include <bit>
+#include <span>
 #include <deque>
 #include <map>
 #include <unordered_map>
@@ -207,20 +210,49 @@ class Encoder {
     }
 
     // An object dictionary: "$class" first, then the given keys.
-    void setObject(uint32_t uid, uint32_t classId, const std::vector<uint64_t>& keys,
-                   const std::vector<uint64_t>& values) {
-        std::vector<uint64_t> k{plainString("$class")};
-        std::vector<uint64_t> v{uidRef(classId)};
-        k.insert(k.end(), keys.begin(), keys.end());
-        v.insert(v.end(), values.begin(), values.end());
-        m_uidObjects[uid] = m_plist.addDict(k, v);
+    void setObject(uint32_t uid, uint32_t classId, std::span<const uint64_t> keys,
+                   std::span<const uint64_t> values) {
+        if (m_classKey == UINT64_MAX) m_classKey = plainString("$class");
+        m_objectKeys.assign(1, m_classKey);
+        m_objectValues.assign(1, uidRef(classId));
+        m_objectKeys.insert(m_objectKeys.end(), keys.begin(), keys.end());
+        m_objectValues.insert(m_objectValues.end(), values.begin(), values.end());
+        m_uidObjects[uid] = m_plist.addDict(m_objectKeys, m_objectValues);
+    }
+    void setObject(uint32_t uid, uint32_t classId, std::initializer_list<uint64_t> keys,
+                   std::initializer_list<uint64_t> values) {
+        setObject(uid, classId, std::span<const uint64_t>(keys.begin(), keys.size()),
+                  std::span<const uint64_t>(values.begin(), values.size()));
     }
 
-    uint64_t sharedRefArray(std::vector<uint64_t> refs) {
+    // Scratch lists for the references of the containers being written, one per level of
+    // nesting, so that writing a book does not allocate them anew for every record.
+    class ScratchList {
+      public:
+        explicit ScratchList(Encoder& e) : m_e(e) {
+            if (m_e.m_scratch.size() <= m_e.m_scratchDepth) m_e.m_scratch.emplace_back();
+            m_list = &m_e.m_scratch[m_e.m_scratchDepth++];
+            m_list->clear();
+        }
+        ~ScratchList() { --m_e.m_scratchDepth; }
+        std::vector<uint64_t>& operator*() { return *m_list; }
+        std::vector<uint64_t>* operator->() { return m_list; }
+
+      private:
+        Encoder& m_e;
+        std::vector<uint64_t>* m_list;
+    };
+
+    uint32_t collectionClassUid(uint32_t& cached, std::string_view name) {
+        if (cached == 0) cached = classUid(name, {});
+        return cached;
+    }
+
+    uint64_t sharedRefArray(const std::vector<uint64_t>& refs) {
         auto it = m_refArrays.find(refs);
         if (it != m_refArrays.end()) return it->second;
         uint64_t index = m_plist.addArray(refs);
-        m_refArrays.emplace(std::move(refs), index);
+        m_refArrays.emplace(refs, index);
         return index;
     }
 
@@ -249,18 +281,18 @@ class Encoder {
 
     template <typename Entries> uint32_t encodeDictEntries(const Entries& forEach, size_t n) {
         uint32_t uid = reserveUid();
-        std::vector<uint64_t> keyRefs, valueRefs;
-        keyRefs.reserve(n);
-        valueRefs.reserve(n);
+        ScratchList keyRefs(*this), valueRefs(*this);
+        keyRefs->reserve(n);
+        valueRefs->reserve(n);
         forEach([&](auto key, const Value& v) {
             uint32_t valueUid = encode(v);
             if (valueUid == 0) return; // absent values are not stored
-            keyRefs.push_back(uidRef(keyUid(key)));
-            valueRefs.push_back(uidRef(valueUid));
+            keyRefs->push_back(uidRef(keyUid(key)));
+            valueRefs->push_back(uidRef(valueUid));
         });
-        uint64_t keysArray = sharedRefArray(std::move(keyRefs));
-        uint64_t valuesArray = m_plist.addArray(valueRefs);
-        setObject(uid, classUid("NSMutableDictionary", {}),
+        uint64_t keysArray = sharedRefArray(*keyRefs);
+        uint64_t valuesArray = m_plist.addArray(*valueRefs);
+        setObject(uid, collectionClassUid(m_dictClass, "NSMutableDictionary"),
                   {plainString("NS.keys"), plainString("NS.objects")}, {keysArray, valuesArray});
         return uid;
     }
@@ -279,14 +311,14 @@ class Encoder {
 
     template <typename Range> uint32_t encodeArrayOf(const Range& range) {
         uint32_t uid = reserveUid();
-        std::vector<uint64_t> refs;
-        refs.reserve(range.size());
+        ScratchList refs(*this);
+        refs->reserve(range.size());
         for (const auto& element : range) {
             uint32_t elementUid = encodeElement(element);
-            if (elementUid != 0) refs.push_back(uidRef(elementUid));
+            if (elementUid != 0) refs->push_back(uidRef(elementUid));
         }
-        setObject(uid, classUid("NSMutableArray", {}), {plainString("NS.objects")},
-                  {m_plist.addArray(refs)});
+        setObject(uid, collectionClassUid(m_arrayClass, "NSMutableArray"),
+                  {plainString("NS.objects")}, {m_plist.addArray(*refs)});
         return uid;
     }
     uint32_t encodeElement(const Value& v) { return encode(v); }
@@ -295,7 +327,10 @@ class Encoder {
     uint32_t encodeRecord(const Record& record) {
         if (record.recordClass() == RecordClass::Foreign) return encodeForeign(record);
         uint32_t uid = reserveUid();
-        uint32_t cls = classUid(record.className(), {std::string(record.className()), "NSObject"});
+        uint32_t& cached = m_recordClassUid[static_cast<size_t>(record.recordClass())];
+        if (cached == 0)
+            cached = classUid(record.className(), {std::string(record.className()), "NSObject"});
+        const uint32_t cls = cached;
         std::vector<uint64_t> keys{plainString("properties")};
         std::vector<uint64_t> values{uidRef(encodeProperties(record.properties()))};
         const ClassInfo& info = classInfo(record.recordClass());
@@ -347,6 +382,13 @@ class Encoder {
     }
 
     BinaryPlistWriter m_plist;
+    uint64_t m_classKey = UINT64_MAX;
+    uint32_t m_dictClass = 0;
+    uint32_t m_arrayClass = 0;
+    std::array<uint32_t, 12> m_recordClassUid{};
+    std::vector<uint64_t> m_objectKeys, m_objectValues;
+    std::deque<std::vector<uint64_t>> m_scratch; // a deque: lists keep their place as it grows
+    size_t m_scratchDepth = 0;
     uint64_t m_top = 0;
     std::vector<uint64_t> m_uidObjects;
     std::vector<uint64_t> m_uidRefs;
