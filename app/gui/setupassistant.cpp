@@ -139,26 +139,7 @@ QWidget* SetupAssistant::buildIdentityPage() {
 
 QWidget* SetupAssistant::buildRatesPage() {
     auto* grid = new QGridLayout;
-    grid->addWidget(new QLabel(QStringLiteral("Bezeichnung")), 0, 1);
-    grid->addWidget(new QLabel(QStringLiteral("Satz")), 0, 2);
-    auto row = [&](int at, const QString& label, const char* titleKey, const char* rateKey) {
-        QLineEdit* rate = m_settings.rateField(rateKey);
-        rate->setMaximumWidth(90);
-        auto* caption = new QLabel(label);
-        grid->addWidget(caption, at, 0);
-        if (titleKey) {
-            QLineEdit* title = m_settings.textField(titleKey);
-            caption->setBuddy(title);
-            grid->addWidget(title, at, 1);
-        } else {
-            caption->setBuddy(rate);
-        }
-        grid->addWidget(rate, at, 2);
-        grid->addWidget(new QLabel(QStringLiteral("%")), at, 3);
-    };
-    row(1, QStringLiteral("&1. Steuersatz:"), "prefs1RateTitle", "prefs1Rate");
-    row(2, QStringLiteral("&2. Steuersatz:"), "prefs2RateTitle", "prefs2Rate");
-    row(3, QStringLiteral("&3. Steuersatz:"), nullptr, "prefs3Rate");
+    addTaxRateRows(*grid, m_settings);
     grid->setColumnStretch(1, 1);
     grid->setRowStretch(4, 1);
     return page(QStringLiteral("Steuersätze"),

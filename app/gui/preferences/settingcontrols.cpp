@@ -5,6 +5,8 @@
 
 #include <QCheckBox>
 #include <QComboBox>
+#include <QGridLayout>
+#include <QLabel>
 #include <QLineEdit>
 #include <QLocale>
 
@@ -107,6 +109,29 @@ QLineEdit* SettingControls::rateField(const char* key) {
 void SettingControls::reload() {
     for (const auto& load : m_loaders)
         load();
+}
+
+void addTaxRateRows(QGridLayout& grid, SettingControls& controls) {
+    grid.addWidget(new QLabel(QStringLiteral("Bezeichnung")), 0, 1);
+    grid.addWidget(new QLabel(QStringLiteral("Satz")), 0, 2);
+    auto row = [&](int at, const QString& label, const char* titleKey, const char* rateKey) {
+        QLineEdit* rate = controls.rateField(rateKey);
+        rate->setMaximumWidth(90);
+        auto* caption = new QLabel(label);
+        grid.addWidget(caption, at, 0);
+        if (titleKey) {
+            QLineEdit* title = controls.textField(titleKey);
+            caption->setBuddy(title);
+            grid.addWidget(title, at, 1);
+        } else {
+            caption->setBuddy(rate);
+        }
+        grid.addWidget(rate, at, 2);
+        grid.addWidget(new QLabel(QStringLiteral("%")), at, 3);
+    };
+    row(1, QStringLiteral("&1. Steuersatz:"), "prefs1RateTitle", "prefs1Rate");
+    row(2, QStringLiteral("&2. Steuersatz:"), "prefs2RateTitle", "prefs2Rate");
+    row(3, QStringLiteral("&3. Steuersatz:"), nullptr, "prefs3Rate");
 }
 
 } // namespace zifora::gui

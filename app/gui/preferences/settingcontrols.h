@@ -14,6 +14,8 @@ class QCheckBox;
 class QComboBox;
 class QLineEdit;
 
+class QGridLayout;
+
 namespace zifora::gui {
 
 class SettingControls {
@@ -45,6 +47,10 @@ class SettingControls {
 /// A rate as its field shows it: the shortest text of the float with the locale's decimal
 /// sign ("16,5", "19"); "" for no value.
 QString rateText(const core::Value& rate);
+
+/// The headings and the three rows of the tax rates (title and rate of the first two, the
+/// rate of the third), from row 0 of `grid`: the preferences and the set-up assistant.
+void addTaxRateRows(QGridLayout& grid, SettingControls& controls);
 
 /// Marks a field whose text was not taken, or clears the mark.
 void markRefused(QLineEdit* field, bool refused);

@@ -15,26 +15,7 @@ TaxPane::TaxPane(PaneContext& context)
     : m_context(context), m_controls(context.app.settings()), m_fields(context) {
     auto* rates = new QGroupBox(QStringLiteral("Steuersätze"));
     auto* grid = new QGridLayout(rates);
-    grid->addWidget(new QLabel(QStringLiteral("Bezeichnung")), 0, 1);
-    grid->addWidget(new QLabel(QStringLiteral("Satz")), 0, 2);
-    auto row = [&](int at, const QString& label, const char* titleKey, const char* rateKey) {
-        QLineEdit* rate = m_controls.rateField(rateKey);
-        rate->setMaximumWidth(90);
-        auto* caption = new QLabel(label);
-        grid->addWidget(caption, at, 0);
-        if (titleKey) {
-            QLineEdit* title = m_controls.textField(titleKey);
-            caption->setBuddy(title);
-            grid->addWidget(title, at, 1);
-        } else {
-            caption->setBuddy(rate);
-        }
-        grid->addWidget(rate, at, 2);
-        grid->addWidget(new QLabel(QStringLiteral("%")), at, 3);
-    };
-    row(1, QStringLiteral("&1. Steuersatz:"), "prefs1RateTitle", "prefs1Rate");
-    row(2, QStringLiteral("&2. Steuersatz:"), "prefs2RateTitle", "prefs2Rate");
-    row(3, QStringLiteral("&3. Steuersatz:"), nullptr, "prefs3Rate");
+    addTaxRateRows(*grid, m_controls);
     auto* note = new QLabel(
         QStringLiteral("Sätze mit Komma eingeben, zum Beispiel 16,5. Bleibt der 3. Satz leer, "
                        "rechnen Posten dieses Satzes mit 0 %."));
