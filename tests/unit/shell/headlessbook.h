@@ -14,12 +14,17 @@
 
 namespace zifora::shell::fixtures {
 
-struct HeadlessBook {
+// The home and the event text, made before the session that uses them.
+struct HomeAndOutput {
+    explicit HomeAndOutput(std::filesystem::path folder) : home(std::move(folder)) {}
+    std::filesystem::path home;
+    std::ostringstream out;
+};
+
+struct HeadlessBook : HomeAndOutput, HeadlessSession {
     explicit HeadlessBook(bool withDataFolder = true)
-        : home(makeHome()), log(out), ui(log), clock(scheduler, core::Date{800000000}),
-          clipboard(log), workspace(log), places(Places::forHome(home.string())),
-          settings(home / "settings.plist"),
-          app(Services{ui, scheduler, clock, clipboard, workspace}, places, settings) {
+        : HomeAndOutput(makeHome()),
+          HeadlessSession(out, Places::forHome(home.string()), core::Date{800000000}) {
         if (withDataFolder) std::filesystem::create_directories(places.dataFolder);
         client = core::Record::make(core::RecordClass::Client, clock.now());
         year = core::Record::make(core::RecordClass::Year, clock.now());
@@ -78,17 +83,6 @@ struct HeadlessBook {
         return std::filesystem::path(mkdtemp(pattern.data()));
     }
 
-    std::filesystem::path home;
-    std::ostringstream out;
-    EventLog log;
-    ScriptedUi ui;
-    VirtualScheduler scheduler;
-    VirtualClock clock;
-    RecordingClipboard clipboard;
-    RecordingWorkspace workspace;
-    Places places;
-    core::Settings settings;
-    App app;
     core::Ref<core::Record> client;
     core::Ref<core::Record> year;
 };
