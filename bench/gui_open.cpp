@@ -12,7 +12,8 @@
 #include "core/settings.h"
 #include "mainwindow.h"
 #include "platform_qt/qtservices.h"
-#include "shell/app.h"
+#include "program/program.h"
+#include "shell/session.h"
 
 #include <QApplication>
 #include <QKeyEvent>
@@ -78,15 +79,18 @@ int main(int argc, char** argv) {
     const size_t pages = option(argc, argv, "--pages", 200);
 
     QTemporaryDir home;
-    shell::Places places = shell::Places::forHome(home.path().toStdString());
+    core::Places places = core::Places::forHome(home.path().toStdString());
     core::Settings settings(places.settingsFile);
     platform_qt::QtUi ui;
     platform_qt::QtScheduler scheduler;
     platform_qt::SystemClock clock;
     platform_qt::QtClipboard clipboard;
     platform_qt::QtWorkspace workspace;
-    shell::App app(shell::Services{ui, scheduler, clock, clipboard, workspace}, places, settings);
-    app.init();
+    shell::NoPdfRenderer pdf;
+    program::Program program(shell::Services{ui, scheduler, clock, clipboard, workspace, pdf}, places,
+                             settings);
+    shell::Session& app = program.session();
+    app.run("init");
     settings.setBool("firstStepsDone", true);
     app.setClients(onePeriodBook(postings));
     // The window opens on the second period, which is empty.

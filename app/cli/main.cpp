@@ -2,8 +2,8 @@
 // language of `run` are a public interface; see docs/cli.md.
 
 #include "core/keyedarchive.h"
-#include "shell/cliapp.h"
-#include "shell/demobook.h"
+#include "program/scripts.h"
+#include "program/demobook.h"
 #include "shell/jsondump.h"
 
 #include <CLI/CLI.hpp>
@@ -39,7 +39,7 @@ int loadCommand(const std::string& jsonPath, const std::string& archivePath) {
         std::cerr << "zifora-cli: " << jsonPath << ": " << root.error().message << "\n";
         return 2;
     }
-    auto written = zifora::shell::writeArchiveFile(archivePath, *root);
+    auto written = zifora::core::writeKeyedArchiveFile(archivePath, *root);
     if (!written) {
         std::cerr << "zifora-cli: " << written.error().message << "\n";
         return 4;
@@ -63,12 +63,12 @@ int demoCommand(std::string home) {
         home = fs::absolute(home, ec).lexically_normal().string();
         while (home.size() > 1 && home.back() == '/') home.pop_back();
     }
-    auto book = zifora::shell::makeDemoBook(home);
+    auto book = zifora::program::makeDemoBook(home);
     if (!book) {
         std::cerr << "zifora-cli: " << book.error().message << "\n";
         return 4;
     }
-    std::cout << zifora::shell::demoBookReport(*book);
+    std::cout << zifora::program::demoBookReport(*book);
     return 0;
 }
 
@@ -99,7 +99,7 @@ int main(int argc, char** argv) {
 
     if (*dump) return dumpCommand(dumpPath);
     if (*load) return loadCommand(loadJsonPath == "-" ? "/dev/stdin" : loadJsonPath, loadArchivePath);
-    if (*run) return zifora::shell::runScriptFile(scriptPath, std::cout);
+    if (*run) return zifora::program::runScriptFile(scriptPath, std::cout);
     if (*demo) return demoCommand(demoHome);
     return 1;
 }

@@ -9,8 +9,7 @@
 
 #include "core/settings.h"
 #include "platform_qt/qtservices.h"
-#include "shell/app.h"
-#include "shell/cliapp.h"
+#include "program/program.h"
 
 #include <QApplication>
 #include <QFile>
@@ -44,17 +43,21 @@ int main(int argc, char** argv) {
     platform_qt::SystemClock clock;
     platform_qt::QtClipboard clipboard;
     platform_qt::QtWorkspace workspace;
-    shell::Places places = shell::Places::fromEnvironment();
+    shell::NoPdfRenderer pdf;
+    core::Places places = core::Places::fromEnvironment();
     core::Settings settings(places.settingsFile);
-    auto settingsNotice = shell::loadSettingsSafely(settings);
+    auto settingsNotice = core::loadSettingsSafely(settings);
 
-    shell::App app(shell::Services{ui, scheduler, clock, clipboard, workspace}, places, settings);
+    program::Program program(shell::Services{ui, scheduler, clock, clipboard, workspace, pdf},
+                             places, settings);
+    shell::Session& app = program.session();
     // Before the main window, whose menus offer the commands registered here.
     gui::PreferencesController preferences(app);
     for (const std::string& name : gui::PreferencesController::windowNames())
         ui.addWindow(name, [&preferences, name](bool show) { preferences.showWindowNamed(name, show); });
     gui::MainWindow window(app);
-    preferences.setAfterChange([&window] { window.refresh(); });
+    // The panes write some records directly; they tell the book, whose observers follow.
+    preferences.setAfterChange([&app] { app.book().changed(core::Change::Records); });
     ui.setParentWindow(&window);
     ui.addWindow("main", [&window](bool show) {
         if (show) {
@@ -67,17 +70,17 @@ int main(int argc, char** argv) {
         }
     });
 
-    gui::FormSheets forms(app, &window, [&window] { window.refresh(); });
+    // The windows follow the book's change signal; they need no call after their commands.
+    gui::FormSheets forms(app, &window, {});
     forms.registerWindows(ui);
-    gui::StartSheets startSheets(app, &window, [&window] { window.refresh(); });
+    gui::StartSheets startSheets(app, &window, {});
     startSheets.registerWindows(ui);
 
     // A file the desktop asks us to open, at the start or handed on by a later start.
     auto openFile = [&](const QString& path) {
         shell::CommandSender sender;
         sender.path = QFile::encodeName(path).toStdString();
-        app.commands().run("application:openFile:", sender);
-        window.refresh();
+        app.run("application:openFile:", sender);
     };
 #ifdef ZIFORA_SCREENSHOTS
     gui::ScreenshotRun screenshots(app, ui, window, argc > 1 ? QString::fromLocal8Bit(argv[1])
@@ -85,19 +88,18 @@ int main(int argc, char** argv) {
 #else
     gui::SingleInstance instance;
     instance.listen([&](const QString& message) {
-        app.applicationShouldHandleReopen();
+        app.run("applicationShouldHandleReopen");
         // After the socket's handler has returned: the alerts of the dispatch wait in a loop
         // of their own, in which the socket may go away.
         if (message != QStringLiteral("show"))
             QTimer::singleShot(0, &window, [&openFile, message] { openFile(message); });
     });
 #endif
-    QObject::connect(&application, &QApplication::aboutToQuit, [&] { app.applicationWillTerminate(); });
+    QObject::connect(&application, &QApplication::aboutToQuit, [&] { program.stop(); });
 
     if (settingsNotice)
         ui.alert(shell::AlertRequest{"Hinweis!", *settingsNotice, {"OK"}, shell::AlertStyle::Warning, {}});
-    app.init();
-    app.awakeFromNib();
+    program.start();
     window.refresh();
     if (!file.isEmpty()) QTimer::singleShot(0, &window, [&openFile, file] { openFile(file); });
     return QApplication::exec();

@@ -4,9 +4,10 @@
 #include "menus.h"
 #include "toolbar.h"
 
+#include "bookkeeping/startstopcontroller.h"
 #include "posting/numberformat.h"
 #include "posting/valuetransformers.h"
-#include "shell/app.h"
+#include "shell/session.h"
 
 #include <QCloseEvent>
 #include <QHBoxLayout>
@@ -67,7 +68,7 @@ constexpr QSize kHintPictureSize(180, 72);
 
 } // namespace
 
-MainWindow::MainWindow(shell::App& app, QWidget* parent)
+MainWindow::MainWindow(shell::Session& app, QWidget* parent)
     : QMainWindow(parent), m_app(app), m_formats(std::make_unique<posting::AmountFormats>()) {
     setWindowTitle(QStringLiteral("Zifora"));
     setWindowIcon(pictureIcon(QStringLiteral("client")));
@@ -87,10 +88,9 @@ MainWindow::MainWindow(shell::App& app, QWidget* parent)
     m_count->setObjectName(QStringLiteral("itemCount"));
     statusBar()->addWidget(m_count);
 
-    m_toolbar = new Toolbar(
-        m_app, [this] { refresh(); }, this);
+    m_toolbar = new Toolbar(m_app, {}, this);
     addToolBar(Qt::TopToolBarArea, m_toolbar);
-    buildMenus(*menuBar(), m_app.commands(), [this] { refresh(); });
+    buildMenus(*menuBar(), m_app);
     menuBar()->addMenu(QStringLiteral("&Fenster"))->addAction(m_toolbar->customizeAction());
 
     auto& selection = m_app.selection();
@@ -107,6 +107,13 @@ MainWindow::MainWindow(shell::App& app, QWidget* parent)
         [self = QPointer<MainWindow>(this)](const std::string&, const core::Value&) {
             if (self) self->scheduleUpdate();
         });
+    // After a command or a timer's step the lists follow at once; a change of the selection
+    // in the middle of a step waits for the loop's next turn.
+    m_app.book().observe([self = QPointer<MainWindow>(this)](core::Change what) {
+        if (!self) return;
+        if (what == core::Change::Selection) self->scheduleUpdate();
+        else self->followBook();
+    });
     refresh();
 }
 
@@ -115,7 +122,7 @@ void MainWindow::buildLists() {
     m_yearModel = new RecordListModel(selection.years, yearColumns(), this);
     m_periodModel = new RecordListModel(selection.lists, periodColumns(), this);
     m_itemModel = new RecordListModel(selection.items, itemColumns(), this);
-    auto afterDrop = [this] { refresh(); };
+    const std::function<void()> afterDrop; // the book's change signal shows a drop
     m_yearModel->enableRowDrags(m_app, "years", {"years"}, afterDrop);
     m_periodModel->enableRowDrags(m_app, "periods", {"periods", "items"}, afterDrop);
     m_itemModel->enableRowDrags(m_app, "items", {"items"}, afterDrop);
@@ -231,7 +238,7 @@ QWidget* MainWindow::buildItemPane() {
 }
 
 void MainWindow::runCommand(const std::string& name) {
-    m_app.commands().run(name);
+    m_app.run(name);
     refresh();
 }
 
@@ -284,9 +291,17 @@ void MainWindow::showSelection(QAbstractItemView* view, shell::ListController& c
 }
 
 void MainWindow::refresh() {
+    // The settings may have been written behind the book's back (the preferences do).
+    m_app.book().changed(core::Change::Settings);
     // Bringing the chain up to date also arranges every list again.
-    m_app.selection().propagate(&m_app.clients());
+    m_app.selection().propagate(&m_app.book().clients());
     showLists(/*reset=*/true);
+}
+
+void MainWindow::followBook() {
+    if (m_refreshing) return;
+    m_app.selection().propagate(&m_app.book().clients());
+    showLists(/*reset=*/false);
 }
 
 void MainWindow::showLists(bool reset) {
@@ -323,20 +338,20 @@ void MainWindow::showClient() {
 }
 
 void MainWindow::showSumAndHint() {
-    // The period's signed sum, added up as the books keep it: in 32-bit floats.
-    float sum = 0;
-    for (core::Record* item : m_app.selection().items.arranged())
-        sum = sum + item->getFloat("finalAmount");
-    const shell::App::UpdateState state = m_app.applicationDidUpdate(sum);
+    // The period's sum and the first-steps picture, as the program works them out.
+    const shell::FormFields& fields = m_app.fields();
+    const float sum = fields.get(bookkeeping::kMainSumField).toFloat();
+    const bool sumIsExpense = fields.get(bookkeeping::kMainSumIsExpense).asBool();
+    const std::string firstStepsImage = fields.text(bookkeeping::kFirstStepsImage);
     m_sum->setText(qs(m_formats->byTotalRule(sum)) + QStringLiteral(" €"));
     const QColor colour =
-        qcolor(state.sumIsExpense ? posting::kNegativeColour : posting::kPositiveColour);
+        qcolor(sumIsExpense ? posting::kNegativeColour : posting::kPositiveColour);
     QPalette palette = m_sum->palette();
     palette.setColor(QPalette::WindowText, colour);
     m_sum->setPalette(palette);
 
-    if (state.firstStepsImage == m_firstStepsImage) return;
-    m_firstStepsImage = state.firstStepsImage;
+    if (firstStepsImage == m_firstStepsImage) return;
+    m_firstStepsImage = firstStepsImage;
     const QString image = qs(m_firstStepsImage);
     m_hintPicture->setVisible(hasPicture(image));
     m_hintText->setVisible(!m_firstStepsImage.empty());
@@ -357,10 +372,8 @@ MainWindow::~MainWindow() = default;
 
 void MainWindow::closeEvent(QCloseEvent* event) {
     // Closing the main window leaves the program running; a new start shows it again.
-    if (m_app.windowShouldClose()) {
-        hide();
-        event->ignore();
-    }
+    hide();
+    event->ignore();
 }
 
 } // namespace zifora::gui

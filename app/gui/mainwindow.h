@@ -15,7 +15,7 @@ class QListView;
 class QTableView;
 
 namespace zifora::shell {
-class App;
+class Session;
 }
 namespace zifora::posting {
 class AmountFormats;
@@ -28,7 +28,7 @@ class Toolbar;
 class MainWindow final : public QMainWindow {
     Q_OBJECT
   public:
-    explicit MainWindow(shell::App& app, QWidget* parent = nullptr);
+    explicit MainWindow(shell::Session& app, QWidget* parent = nullptr);
     ~MainWindow() override;
 
     /// Brings every list and label up to date with the records and the selection, sorting
@@ -61,13 +61,15 @@ class MainWindow final : public QMainWindow {
     /// Shows the lists and labels as the controllers hold them; `reset` shows every list
     /// anew, else only lists whose content changed (the others are repainted).
     void showLists(bool reset);
+    /// Shows what a command or a step of the program changed.
+    void followBook();
     void showClient();
     void showSumAndHint();
     void runCommand(const std::string& name);
     /// A form changed a value: the lists show it on the loop's next turn, once.
     void scheduleUpdate();
 
-    shell::App& m_app;
+    shell::Session& m_app;
     std::unique_ptr<posting::AmountFormats> m_formats;
     Toolbar* m_toolbar = nullptr;
     RecordListModel* m_yearModel = nullptr;

@@ -1,133 +1,43 @@
 #include "menus.h"
 
+#include "shell/session.h"
+
 #include <QAction>
 #include <QKeySequence>
 #include <QMenu>
-
-#include <set>
 
 namespace zifora::gui {
 
 namespace {
 
-struct MenuEntry {
-    const char* menu;
-    const char* command;
-    const char* label;
-    const char* shortcut;
-    int tag = 0;
-};
-
-// The order of this table is the order of the menus and their entries.
-constexpr MenuEntry kEntries[] = {
-    {"&Ablage", "save:", "Sichern", "Ctrl+S"},
-    {"&Ablage", "showPrefs:", "Einstellungen …", "Ctrl+,"},
-    {"&Ablage", "restart:", "Neu starten", ""},
-    {"&Ablage", "exportAccountsCSV:", "Konten als CSV exportieren …", ""},
-    {"&Ablage", "terminate:", "Zifora beenden", "Ctrl+Q"},
-    {"&Bücher", "addYear:", "Neues Jahr", "Ctrl+Shift+J"},
-    {"&Bücher", "editYear:", "Jahr bearbeiten …", ""},
-    {"&Bücher", "deleteYear:", "Jahr löschen …", ""},
-    {"&Bücher", "addList:", "Neue Abrechnung", "Ctrl+Shift+A"},
-    {"&Bücher", "editList:", "Abrechnung bearbeiten …", ""},
-    {"&Bücher", "deleteList:", "Abrechnung löschen …", ""},
-    {"&Bücher", "infoWindowVoid", "Summen der Abrechnung berechnen", ""},
-    {"&Bücher", "changeAlLCalculates:", "Alle Posten neu berechnen …", ""},
-    {"&Posten", "addItem:", "Neuer Posten", "Ctrl+N"},
-    {"&Posten", "editItem:", "Posten bearbeiten", "Ctrl+E"},
-    {"&Posten", "duplicateItem:", "Posten duplizieren", "Ctrl+D"},
-    {"&Posten", "openSplitWindow:", "Posten aufteilen …", "Ctrl+Shift+T"},
-    {"&Posten", "ArrayControllerItem.remove:", "Posten löschen …", "Del"},
-    {"&Posten", "selectPrevious:", "Vorheriger Posten", "Ctrl+Up"},
-    {"&Posten", "selectNext:", "Nächster Posten", "Ctrl+Down"},
-    {"&Posten", "setToday:", "Datum auf heute setzen", "Ctrl+T"},
-    {"&Stammdaten", "addAccount:", "Neues Konto", ""},
-    {"&Stammdaten", "removeAccount:", "Konto löschen …", ""},
-    {"&Stammdaten", "addGroup:", "Neue Kategorie", ""},
-    {"&Stammdaten", "removeGroup:", "Kategorie löschen …", ""},
-    {"&Stammdaten", "addTemplate:", "Neue Vorlage", ""},
-    {"&Stammdaten", "makeTemplateFromItem:", "Vorlage aus Posten erstellen", ""},
-    {"&Stammdaten", "removeTemplate:", "Vorlage löschen …", ""},
-    {"&Stammdaten", "loadCompleteAccounts:", "Kontenrahmen SKR04 vollständig laden …", ""},
-    {"&Stammdaten", "loadDefaultAccounts:", "Kontenrahmen SKR04 Standard laden …", ""},
-    {"&Stammdaten", "loadMinimalAccounts:", "Kontenrahmen minimal laden …", ""},
-    {"&Stammdaten", "runKontenwerker:", "Kontenrahmen bearbeiten …", ""},
-    {"&Benutzer", "createClient:", "Neuer Benutzer", "Ctrl+Shift+N"},
-    {"&Benutzer", "deleteClient:", "Benutzer löschen …", ""},
-    {"&Benutzer", "changeCurrentClient:", "Benutzerdaten übernehmen", ""},
-    {"&Speicherorte", "setLibraryPath:", "Speicherort der Datenbank …", ""},
-    {"&Speicherorte", "setBackupPath:", "Speicherort der Backups …", ""},
-    {"&Speicherorte", "setDocumentsPath:", "Speicherort der Dokumente …", ""},
-    {"&Datenbank", "migrateWithTag:", "Alte Datenbank migrieren …", "", 0},
-    {"&Datenbank", "doTheManualMigration", "Datenbank von Hand migrieren …", ""},
-    {"&Datenbank", "openMigrationHelp:", "Anleitung zur Migration", ""},
-    {"&Hilfe", "toggleDocs:", "Zifora-Hilfe", "F1"},
-    {"&Hilfe", "toggleHelp:", "Hilfe zum Hauptfenster", "Shift+F1"},
-    {"&Hilfe", "showWelcome:", "Willkommen …", ""},
-    {"&Hilfe", "selectAssi:", "Einrichtungsassistent …", ""},
-    {"&Hilfe", "openSheetFirst:", "Erste Schritte …", ""},
-    {"&Hilfe", "openSheetAssi:", "Zifora einrichten …", ""},
-    {"&Hilfe", "openSheetAccount:", "Konten und Kategorien …", ""},
-    {"&Hilfe", "openSheetEntry:", "Posten erfassen …", ""},
-    {"&Hilfe", "openNewsletter:", "Newsletter bestellen …", ""},
-    {"&Hilfe", "openSupport:", "Support …", ""},
-    {"&Hilfe", "openFeedback:", "Feedback senden …", ""},
-    {"&Hilfe", "openACK:", "Danksagungen …", ""},
-    {"&Hilfe", "showAbout:", "Über Zifora", ""},
-};
-
-// Commands that are steps of the program rather than things a user asks for.
-// The buttons and controls of the forms reach the rest (the item form's checks, the split
-// calculator's button, the set-up assistant's variants, the buttons of the panels).
-const std::set<std::string> kInternal{
-    "autoSave:", "saveDataToDisk", "loadDataFromDisk", "setSelection", "pathForDataFile",
-    "firstStart", "setCurrentClientToPrefs", "applicationDidBecomeActive:", "doTheMigration",
-    "calculateItem:", "closeItemSheet:", "cancelItemSheet:", "selectExpense:", "selectIncome:",
-    "setTaxAutomatically:", "validateAccountFieldVoid", "validateAccountNumber:",
-    "validateAccountPopUpVoid", "validateAccountTitle:", "selectAccountSearchSheet:",
-    "selectGroupSearchSheet:", "selectTemplateSearchSheet:", "splitAction:", "cancelSplitWindow:",
-    "addAccountSetup:", "addGroupSetup:", "closeYear:", "closeList:", "calculateTab:",
-    "calculateTabVoid", "loadCompleteAccountsSetup:",
-    "loadDefaultAccountsSetup:", "loadMinimalAccountsSetup:", "closeWelcome:", "closeAbout:",
-    "closeNewsletter:", "closeNewsletterForever:", "finishAssi:", "cancelAssi:",
-    "closeSheetFirst:", "cancelSheetFirst:", "closeSheetAssi:", "cancelSheetAssi:",
-    "closeSheetAccount:", "cancelSheetAccount:", "closeSheetEntry:", "cancelSheetEntry:",
-    // The search field's panel belongs to the search, which is not part of this version.
-    "showSearchPopover:",
-};
+constexpr shell::Menu kMenus[] = {shell::Menu::File,       shell::Menu::Books,
+                                  shell::Menu::Items,      shell::Menu::MasterData,
+                                  shell::Menu::Clients,    shell::Menu::Places,
+                                  shell::Menu::Database,   shell::Menu::Help};
 
 } // namespace
 
-QString commandLabel(const std::string& command) {
-    for (const auto& e : kEntries)
-        if (command == e.command) return QString::fromUtf8(e.label);
-    return {};
+QString commandLabel(const shell::CommandCatalog& commands, const std::string& command) {
+    const shell::CommandInfo* info = commands.info(command);
+    return info ? QString::fromStdString(info->label) : QString();
 }
 
-void buildMenus(QMenuBar& bar, shell::CommandRegistry& commands, std::function<void()> afterCommand) {
-    std::map<QString, QMenu*> menus;
-    std::set<std::string> placed;
-    auto addAction = [&](QMenu* menu, const std::string& command, const QString& label,
-                         const QString& shortcut, int tag) {
-        QAction* action = menu->addAction(label);
-        if (!shortcut.isEmpty()) action->setShortcut(QKeySequence(shortcut));
-        QObject::connect(action, &QAction::triggered, menu, [&commands, command, tag, afterCommand] {
-            commands.run(command, shell::CommandSender{tag});
-            if (afterCommand) afterCommand();
-        });
-    };
-    for (const auto& e : kEntries) {
-        if (!commands.contains(e.command)) continue;
-        QString title = QString::fromUtf8(e.menu);
-        if (!menus.contains(title)) menus[title] = bar.addMenu(title);
-        addAction(menus[title], e.command, QString::fromUtf8(e.label), QString::fromUtf8(e.shortcut), e.tag);
-        placed.insert(e.command);
-    }
-    QMenu* more = nullptr;
-    for (const auto& name : commands.names()) {
-        if (placed.contains(name) || kInternal.contains(name)) continue;
-        if (!more) more = bar.addMenu(QStringLiteral("&Weitere Befehle"));
-        addAction(more, name, QString::fromStdString(name), {}, 0);
+void buildMenus(QMenuBar& bar, shell::Session& session) {
+    for (shell::Menu menu : kMenus) {
+        const auto entries = session.commands().menuEntries(menu);
+        if (entries.empty()) continue;
+        QMenu* qmenu = bar.addMenu(QString::fromUtf8(shell::menuTitle(menu).data(),
+                                                     static_cast<int>(shell::menuTitle(menu).size())));
+        for (const shell::CommandInfo* info : entries) {
+            QAction* action = qmenu->addAction(QString::fromStdString(info->label));
+            if (!info->shortcut.empty())
+                action->setShortcut(QKeySequence(QString::fromStdString(info->shortcut)));
+            const std::string name = info->name;
+            const int tag = info->tag;
+            QObject::connect(action, &QAction::triggered, qmenu, [&session, name, tag] {
+                session.run(name, shell::CommandSender{tag});
+            });
+        }
     }
 }
 

@@ -1,19 +1,21 @@
 #pragma once
-// The German menu bar, built from the command registry: every registered command is
-// reachable, the known ones under their own words, the rest under "Weitere Befehle".
+// The German menu bar, built from the command catalog: every command that names a menu
+// stands there under its label, in its place; internal steps never do.
 
-#include "shell/commandregistry.h"
+#include "shell/commandcatalog.h"
 
 #include <QMenuBar>
 
-#include <functional>
+namespace zifora::shell {
+class Session;
+}
 
 namespace zifora::gui {
 
-/// Fills `bar`; `afterCommand` runs after each command (the window refreshes itself).
-void buildMenus(QMenuBar& bar, shell::CommandRegistry& commands, std::function<void()> afterCommand);
+/// Fills `bar` with the menus of the session's commands.
+void buildMenus(QMenuBar& bar, shell::Session& session);
 
-/// The German label of a command, or "" when it has none of its own.
-QString commandLabel(const std::string& command);
+/// The German label of a command, or "" when it has none.
+QString commandLabel(const shell::CommandCatalog& commands, const std::string& command);
 
 } // namespace zifora::gui

@@ -3,7 +3,7 @@
 #include "posting/dateformat.h"
 #include "posting/numberformat.h"
 #include "posting/valuetransformers.h"
-#include "shell/app.h"
+#include "shell/session.h"
 
 #include <QBrush>
 #include <QColor>
@@ -94,7 +94,7 @@ Qt::ItemFlags RecordListModel::flags(const QModelIndex& index) const {
     return flags;
 }
 
-void RecordListModel::enableRowDrags(shell::App& app, std::string listName,
+void RecordListModel::enableRowDrags(shell::Session& app, std::string listName,
                                      std::set<std::string> acceptedFrom,
                                      std::function<void()> afterDrop) {
     m_app = &app;

@@ -20,7 +20,7 @@
 class QMimeData;
 
 namespace zifora::shell {
-class App;
+class Session;
 }
 
 namespace zifora::gui {
@@ -62,7 +62,7 @@ class RecordListModel final : public QAbstractTableModel {
     /// Lets rows be dragged out of this list (as `listName`: "items", "periods", "years",
     /// "clients", "accounts", "groups", "templates") and rows of the lists in `acceptedFrom`
     /// be dropped onto it. `afterDrop` runs once the program has taken a drop.
-    void enableRowDrags(shell::App& app, std::string listName, std::set<std::string> acceptedFrom,
+    void enableRowDrags(shell::Session& app, std::string listName, std::set<std::string> acceptedFrom,
                         std::function<void()> afterDrop);
     [[nodiscard]] const std::string& listName() const { return m_listName; }
 
@@ -88,7 +88,7 @@ class RecordListModel final : public QAbstractTableModel {
     std::vector<Column> m_columns;
     const core::RecordList* m_shownList = nullptr;
     size_t m_shownCount = 0;
-    shell::App* m_app = nullptr;
+    shell::Session* m_app = nullptr;
     std::string m_listName;
     std::set<std::string> m_acceptedFrom;
     std::function<void()> m_afterDrop;

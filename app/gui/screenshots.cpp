@@ -6,7 +6,7 @@
 #include "mainwindow.h"
 
 #include "platform_qt/qtservices.h"
-#include "shell/app.h"
+#include "shell/session.h"
 
 #include <QAbstractButton>
 #include <QApplication>
@@ -81,14 +81,14 @@ std::vector<Shot> plannedShots() {
 // What the actions may do
 
 void ShotContext::run(const std::string& command, int tag) {
-    m_app.commands().run(command, shell::CommandSender{tag});
+    m_app.run(command, shell::CommandSender{tag});
     m_window.refresh();
 }
 
 void ShotContext::openFile(const std::string& path) {
     shell::CommandSender sender;
     sender.path = path;
-    m_app.commands().run("application:openFile:", sender);
+    m_app.run("application:openFile:", sender);
     m_window.refresh();
 }
 
@@ -134,7 +134,7 @@ void ShotContext::showPreferencesPane(int tag) {
 // ---------------------------------------------------------------------------------------
 // The run
 
-ScreenshotRun::ScreenshotRun(shell::App& app, platform_qt::QtUi& ui, MainWindow& window,
+ScreenshotRun::ScreenshotRun(shell::Session& app, platform_qt::QtUi& ui, MainWindow& window,
                              QString folder, std::vector<Shot> shots)
     : m_context(app, ui, window), m_window(window), m_folder(std::move(folder)),
       m_shots(std::move(shots)) {

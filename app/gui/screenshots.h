@@ -31,7 +31,7 @@
 class QWidget;
 
 namespace zifora::shell {
-class App;
+class Session;
 }
 namespace zifora::platform_qt {
 class QtUi;
@@ -44,7 +44,7 @@ class MainWindow;
 /// What an action of a shot may do with the running program.
 class ShotContext {
   public:
-    ShotContext(shell::App& app, platform_qt::QtUi& ui, MainWindow& window)
+    ShotContext(shell::Session& app, platform_qt::QtUi& ui, MainWindow& window)
         : m_app(app), m_ui(ui), m_window(window) {}
     /// Runs a command as a menu item or button would.
     void run(const std::string& command, int tag = 0);
@@ -61,7 +61,7 @@ class ShotContext {
     void showPreferencesPane(int tag);
 
   private:
-    shell::App& m_app;
+    shell::Session& m_app;
     platform_qt::QtUi& m_ui;
     MainWindow& m_window;
 };
@@ -99,7 +99,7 @@ struct Shot {
 class ScreenshotRun final : public QObject {
     Q_OBJECT
   public:
-    ScreenshotRun(shell::App& app, platform_qt::QtUi& ui, MainWindow& window, QString folder,
+    ScreenshotRun(shell::Session& app, platform_qt::QtUi& ui, MainWindow& window, QString folder,
                   std::vector<Shot> shots = plannedShots());
 
   private:

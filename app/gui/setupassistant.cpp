@@ -3,7 +3,7 @@
 #include "preferences/listtable.h"
 #include "preferences/mastercolumns.h"
 
-#include "shell/app.h"
+#include "shell/session.h"
 
 #include <QButtonGroup>
 #include <QComboBox>
@@ -72,12 +72,12 @@ QWidget* page(const QString& title, const QString& introduction, QLayout* contro
 
 } // namespace
 
-SetupAssistant::SetupAssistant(shell::App& app, std::function<void()> afterChange,
+SetupAssistant::SetupAssistant(shell::Session& app, std::function<void()> afterChange,
                                QWidget* mainWindow)
     : FormSheet(mainWindow), m_app(app),
       m_afterChange(std::move(afterChange)), m_context{app,
                                                        [this](const std::string& command, int tag) {
-                                                           m_app.commands().run(
+                                                           m_app.run(
                                                                command, shell::CommandSender{tag});
                                                            m_context.changed();
                                                        },

@@ -19,7 +19,7 @@ class QPushButton;
 class QStackedWidget;
 
 namespace zifora::shell {
-class App;
+class Session;
 }
 
 namespace zifora::gui {
@@ -32,7 +32,7 @@ class SetupAssistant final : public FormSheet {
     enum Page { Identity, Rates, Chart, Categories, Done, PageCount };
 
     /// `afterChange` brings the main window up to date after a command of the assistant.
-    SetupAssistant(shell::App& app, std::function<void()> afterChange, QWidget* mainWindow);
+    SetupAssistant(shell::Session& app, std::function<void()> afterChange, QWidget* mainWindow);
 
     /// The program shows the assistant (on its first page) or hides it ("assistant").
     void showAssistant(bool show);
@@ -60,7 +60,7 @@ class SetupAssistant final : public FormSheet {
     /// Puts the keyboard on the first control of the page shown.
     void focusFirstControl();
 
-    shell::App& m_app;
+    shell::Session& m_app;
     std::function<void()> m_afterChange;
     PaneContext m_context;
     ClientFields m_client;

@@ -3,7 +3,7 @@
 #include "setupassistant.h"
 
 #include "platform_qt/qtservices.h"
-#include "shell/app.h"
+#include "shell/session.h"
 
 #include <QApplication>
 #include <QCheckBox>
@@ -196,7 +196,7 @@ QPushButton* TextSheet::button(const std::string& command) const {
 // ---------------------------------------------------------------------------------------
 // The windows of the start
 
-StartSheets::StartSheets(shell::App& app, QWidget* mainWindow, std::function<void()> refreshMain)
+StartSheets::StartSheets(shell::Session& app, QWidget* mainWindow, std::function<void()> refreshMain)
     : m_app(app), m_refreshMain(std::move(refreshMain)), m_main(mainWindow),
       m_controls(app.settings()) {
     const TextSheet::Run run = [this](const std::string& command) { this->run(command); };
@@ -229,7 +229,7 @@ void StartSheets::buildWelcome(QWidget* mainWindow) {
 }
 
 void StartSheets::run(const std::string& command) {
-    m_app.commands().run(command);
+    m_app.run(command);
     if (m_refreshMain) m_refreshMain();
 }
 

@@ -24,7 +24,7 @@ namespace zifora::platform_qt {
 class QtUi;
 }
 namespace zifora::shell {
-class App;
+class Session;
 }
 
 namespace zifora::gui {
@@ -73,7 +73,7 @@ class StartSheets final : public QObject {
     Q_OBJECT
   public:
     /// `refreshMain` brings the main window up to date after a command of these windows.
-    StartSheets(shell::App& app, QWidget* mainWindow, std::function<void()> refreshMain);
+    StartSheets(shell::Session& app, QWidget* mainWindow, std::function<void()> refreshMain);
     ~StartSheets() override;
 
     /// Registers "welcome", "newsletter", "about", "assistant", "assistant.accounts.number",
@@ -94,7 +94,7 @@ class StartSheets final : public QObject {
     void run(const std::string& command);
     void buildWelcome(QWidget* mainWindow);
 
-    shell::App& m_app;
+    shell::Session& m_app;
     std::function<void()> m_refreshMain;
     QPointer<QWidget> m_main;
     SettingControls m_controls;

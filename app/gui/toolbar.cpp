@@ -4,7 +4,7 @@
 #include "toolbardialog.h"
 
 #include "core/settings.h"
-#include "shell/app.h"
+#include "shell/session.h"
 
 #include <QAction>
 #include <QMenu>
@@ -132,7 +132,7 @@ void startCalculator(shell::Services& services) {
 
 // ---------------------------------------------------------------------------------------
 
-Toolbar::Toolbar(shell::App& app, std::function<void()> afterCommand, QWidget* parent)
+Toolbar::Toolbar(shell::Session& app, std::function<void()> afterCommand, QWidget* parent)
     : QToolBar(QStringLiteral("Symbolleiste"), parent), m_app(app),
       m_afterCommand(std::move(afterCommand)) {
     setObjectName(QStringLiteral("mainToolbar"));
@@ -167,7 +167,7 @@ void Toolbar::triggerItem(const ToolbarItem& item) {
     if (item.command.empty())
         startCalculator(m_app.services());
     else
-        m_app.commands().run(std::string(item.command));
+        m_app.run(std::string(item.command));
     if (m_afterCommand) m_afterCommand();
 }
 

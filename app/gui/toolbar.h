@@ -16,7 +16,7 @@ namespace zifora::core {
 class Settings;
 }
 namespace zifora::shell {
-class App;
+class Session;
 struct Services;
 } // namespace zifora::shell
 
@@ -64,7 +64,7 @@ class Toolbar final : public QToolBar {
     Q_OBJECT
   public:
     /// `afterCommand` runs after each command an item ran (the window shows the new state).
-    Toolbar(shell::App& app, std::function<void()> afterCommand, QWidget* parent = nullptr);
+    Toolbar(shell::Session& app, std::function<void()> afterCommand, QWidget* parent = nullptr);
 
     /// Shows the items in this order and keeps it as the user's arrangement.
     void setOrder(const std::vector<std::string>& order);
@@ -83,7 +83,7 @@ class Toolbar final : public QToolBar {
     void triggerItem(const ToolbarItem& item);
     void rebuild();
 
-    shell::App& m_app;
+    shell::Session& m_app;
     std::function<void()> m_afterCommand;
     std::map<std::string, QAction*, std::less<>> m_items;
     std::vector<QAction*> m_spacers; // spaces and separators of the current arrangement

@@ -28,4 +28,7 @@ struct ArchiveFileError {
 };
 [[nodiscard]] std::expected<Value, ArchiveFileError> readKeyedArchiveFile(const std::string& path);
 
+/// Encodes `root` and writes it to `path` atomically: the old file stays whole on failure.
+[[nodiscard]] Result<void> writeKeyedArchiveFile(const std::string& path, const Value& root);
+
 } // namespace zifora::core

@@ -1,5 +1,6 @@
 // Writing keyed archives.
 
+#include "core/atomicfile.h"
 #include "core/binaryplist.h"
 #include "core/keyedarchive.h"
 #include "core/record.h"
@@ -409,6 +410,10 @@ class Encoder {
 std::string encodeKeyedArchive(const Value& root) {
     Encoder encoder;
     return encoder.finish(root);
+}
+
+Result<void> writeKeyedArchiveFile(const std::string& path, const Value& root) {
+    return writeFileAtomically(path, encodeKeyedArchive(root));
 }
 
 } // namespace zifora::core

@@ -1,5 +1,7 @@
 #include "core/settings.h"
 
+#include <chrono>
+
 #include "core/atomicfile.h"
 #include "core/settingskeys.h"
 #include "core/xmlplist.h"
@@ -229,6 +231,21 @@ fs::path defaultSettingsFile() {
     else
         config = homeFolder() / ".config";
     return config / "Zifora" / "Zifora.plist";
+}
+
+std::optional<std::string> loadSettingsSafely(Settings& settings) {
+    auto loaded = settings.load();
+    if (loaded) return std::nullopt;
+    std::error_code ec;
+    auto stamp = std::chrono::duration_cast<std::chrono::seconds>(
+                     std::chrono::system_clock::now().time_since_epoch())
+                     .count();
+    std::filesystem::path aside = settings.file();
+    aside += ".unlesbar-" + std::to_string(stamp);
+    std::filesystem::rename(settings.file(), aside, ec);
+    return "Die Einstellungen konnten nicht gelesen werden (" + loaded.error().message +
+           "). Die Datei wurde als „" + aside.string() +
+           "“ beiseitegelegt; Zifora beginnt mit leeren Einstellungen.";
 }
 
 } // namespace zifora::core

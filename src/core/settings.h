@@ -9,6 +9,7 @@
 #include <filesystem>
 #include <functional>
 #include <map>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -80,5 +81,10 @@ class Settings {
 /// $XDG_CONFIG_HOME/Zifora/Zifora.plist, or ~/.config/Zifora/Zifora.plist when that variable
 /// is unset, empty or relative. Creates nothing.
 [[nodiscard]] std::filesystem::path defaultSettingsFile();
+
+/// Loads the settings store. A store that can't be read is moved aside (its name gets
+/// ".unlesbar" and the time) so that nothing in it is lost, and the run starts with an
+/// empty store; the returned text tells the user so.
+[[nodiscard]] std::optional<std::string> loadSettingsSafely(Settings& settings);
 
 } // namespace zifora::core

@@ -170,4 +170,14 @@ void QtWorkspace::terminate() {
                               Qt::QueuedConnection);
 }
 
+void QtUi::preview(const std::string& pdfPath, const std::string& title) {
+    (void)title;
+    QDesktopServices::openUrl(QUrl::fromLocalFile(QString::fromStdString(pdfPath)));
+}
+
+bool QtUi::print(const std::string& pdfPath, const std::string& title) {
+    preview(pdfPath, title);
+    return true;
+}
+
 } // namespace zifora::platform_qt

@@ -29,6 +29,10 @@ class QtUi final : public shell::Ui {
     std::optional<std::string> chooseFile(const shell::DialogRequest& request) override;
     void showWindow(const std::string& name) override;
     void hideWindow(const std::string& name) override;
+    /// Until the preview window of the reports is built, the desktop's PDF viewer shows
+    /// the file; the print dialog is offered by that viewer as well.
+    void preview(const std::string& pdfPath, const std::string& title) override;
+    bool print(const std::string& pdfPath, const std::string& title) override;
 
   private:
     QPointer<QWidget> m_parent;

@@ -85,6 +85,17 @@ void ScriptedUi::hideWindow(const std::string& name) {
     m_log.emit("{\"window\":{\"hide\":" + jsonString(name) + "}}");
 }
 
+void ScriptedUi::preview(const std::string& pdfPath, const std::string& title) {
+    m_log.emit("{\"preview\":{\"path\":" + jsonString(pdfPath) + ",\"title\":" + jsonString(title) +
+               "}}");
+}
+
+bool ScriptedUi::print(const std::string& pdfPath, const std::string& title) {
+    m_log.emit("{\"print\":{\"path\":" + jsonString(pdfPath) + ",\"title\":" + jsonString(title) +
+               "}}");
+    return true;
+}
+
 TimerId VirtualScheduler::schedule(double seconds, double interval, std::function<void()> task) {
     TimerId id = m_next++;
     m_tasks.emplace(id, Task{m_now + std::max(0.0, seconds), interval, std::move(task)});

@@ -2,9 +2,7 @@
 // Headless implementations of the platform services: scripted answers, a virtual clock,
 // and every event written as one JSON line.
 
-#include "core/settings.h"
-#include "shell/app.h"
-#include "shell/places.h"
+#include "core/value.h"
 #include "shell/services.h"
 
 #include <deque>
@@ -43,6 +41,8 @@ class ScriptedUi final : public Ui {
     std::optional<std::string> chooseFile(const DialogRequest& request) override;
     void showWindow(const std::string& name) override;
     void hideWindow(const std::string& name) override;
+    void preview(const std::string& pdfPath, const std::string& title) override;
+    bool print(const std::string& pdfPath, const std::string& title) override;
 
   private:
     EventLog& m_log;
@@ -122,13 +122,14 @@ class RecordingWorkspace final : public Workspace {
     bool m_terminated = false;
 };
 
-/// A whole program without a display: the headless services and an App over them, for
-/// the script driver, the demonstration book and tests.
-struct HeadlessSession {
-    HeadlessSession(std::ostream& out, Places where, core::Date start)
-        : log(out), ui(log), clock(scheduler, start), clipboard(log), workspace(log),
-          places(std::move(where)), settings(places.settingsFile),
-          app(Services{ui, scheduler, clock, clipboard, workspace}, places, settings) {}
+/// The headless services of one run over one event log.
+struct HeadlessServices {
+    HeadlessServices(std::ostream& out, core::Date start)
+        : log(out), ui(log), clock(scheduler, start), clipboard(log), workspace(log) {}
+
+    [[nodiscard]] Services services() {
+        return Services{ui, scheduler, clock, clipboard, workspace, pdf};
+    }
 
     EventLog log;
     ScriptedUi ui;
@@ -136,9 +137,7 @@ struct HeadlessSession {
     VirtualClock clock;
     RecordingClipboard clipboard;
     RecordingWorkspace workspace;
-    Places places;
-    core::Settings settings;
-    App app;
+    NoPdfRenderer pdf;
 };
 
 } // namespace zifora::shell

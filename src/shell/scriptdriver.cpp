@@ -1,12 +1,7 @@
-// The script language of `zifora-cli run`: one JSON object per line, one command each.
+#include "shell/scriptdriver.h"
 
-#include "shell/app.h"
-#include "shell/cliapp.h"
-#include "shell/headless.h"
+#include "shell/events.h"
 #include "shell/jsondump.h"
-
-#include "core/atomicfile.h"
-#include "core/keyedarchive.h"
 
 #include <nlohmann/json.hpp>
 
@@ -19,51 +14,52 @@ namespace zifora::shell {
 
 namespace {
 
-using Json = nlohmann::ordered_json;
-
-core::Date realNow() {
-    auto since = std::chrono::system_clock::now().time_since_epoch();
-    return core::Date::fromUnix(std::chrono::duration<double>(since).count());
+std::string jsonText(const std::string& text) {
+    std::string out;
+    appendJsonString(out, text);
+    return out;
 }
 
-class ScriptDriver {
-  public:
-    explicit ScriptDriver(std::ostream& out)
-        : m_s(out, Places::fromEnvironment(), realNow()) {
-        if (auto notice = loadSettingsSafely(m_s.settings)) m_s.log.error(*notice);
-    }
+} // namespace
 
-    int run(std::istream& script) {
+ScriptDriver::ScriptDriver(Session& session, HeadlessServices& services)
+    : m_session(session), m_services(services) {
+    m_session.events().subscribe<DatabaseSaveFailed>([this](const DatabaseSaveFailed& failed) {
+        m_services.log.emit("{\"saveFailed\":{\"path\":" + jsonText(failed.path) +
+                            ",\"cause\":" + jsonText(failed.cause) + "}}");
+    });
+}
+
+    int ScriptDriver::run(std::istream& script) {
         std::string line;
         int number = 0;
-        while (!m_s.workspace.terminated() && std::getline(script, line)) {
+        while (!m_services.workspace.terminated() && std::getline(script, line)) {
             ++number;
             if (line.find_first_not_of(" \t\r") == std::string::npos || line.starts_with("#"))
                 continue;
             Json command = Json::parse(line, nullptr, /*allow_exceptions=*/false);
             if (command.is_discarded() || !command.is_object()) {
-                m_s.log.error("Zeile " + std::to_string(number) + ": kein gültiges JSON-Objekt");
+                m_services.log.error("Zeile " + std::to_string(number) + ": kein gültiges JSON-Objekt");
                 continue;
             }
             execute(command, number);
-            m_s.scheduler.runDue();
+            m_services.scheduler.runDue();
         }
-        (void)m_s.settings.flush();
-        return m_s.log.errorCount() ? 1 : 0;
+        (void)m_session.settings().flush();
+        return m_services.log.errorCount() ? 1 : 0;
     }
 
-  private:
-    void execute(const Json& command, int number) {
+    void ScriptDriver::execute(const Json& command, int number) {
         const std::string where = "Zeile " + std::to_string(number) + ": ";
         for (auto it = command.begin(); it != command.end(); ++it) {
             const std::string verb = it.key();
             const Json& arg = it.value();
             std::string problem = dispatch(verb, arg, command);
-            if (!problem.empty()) m_s.log.error(where + problem);
+            if (!problem.empty()) m_services.log.error(where + problem);
         }
     }
 
-    std::string dispatch(const std::string& verb, const Json& arg, const Json& command) {
+    std::string ScriptDriver::dispatch(const std::string& verb, const Json& arg, const Json& command) {
         if (verb == "select") return select(arg);
         if (verb == "set") return setProperty(arg);
         if (verb == "field") return setField(arg);
@@ -76,45 +72,45 @@ class ScriptDriver {
         if (verb == "open") return openFile(arg);
         if (verb == "advance") {
             if (!arg.is_number() || arg.get<double>() < 0) return "advance braucht eine Zahl von Sekunden";
-            m_s.scheduler.advance(arg.get<double>());
+            m_services.scheduler.advance(arg.get<double>());
             return {};
         }
         if (verb == "clock") {
             if (!arg.is_string()) return "clock braucht ein Datum nach ISO 8601";
             auto date = parseIsoDate(arg.get<std::string>());
             if (!date) return date.error().message;
-            m_s.clock.setStart(*date);
+            m_services.clock.setStart(*date);
             return {};
         }
         if (verb == "start") {
-            m_s.app.init();
-            m_s.app.awakeFromNib();
+            m_session.run("init");
+            m_session.run("awakeFromNib");
             return {};
         }
         if (verb == "quit") {
-            m_s.app.applicationWillTerminate();
+            m_session.run("applicationWillTerminate");
             return {};
         }
         if (verb == "dump") {
-            m_s.log.emit("{\"dump\":" + dumpJson(m_s.app.databaseRoot()) + "}");
+            m_services.log.emit("{\"dump\":" + dumpJson(m_session.book().databaseRoot()) + "}");
             return {};
         }
         if (verb == "dumpSettings") {
             std::string json = "{\"settings\":{";
             bool first = true;
-            for (const auto& [key, value] : m_s.settings.all()) {
+            for (const auto& [key, value] : m_session.settings().all()) {
                 if (!first) json += ',';
                 first = false;
                 appendJsonString(json, key);
                 json += ':' + taggedJson(value);
             }
-            m_s.log.emit(json + "}}");
+            m_services.log.emit(json + "}}");
             return {};
         }
         return "unbekannter Befehl \"" + verb + "\"";
     }
 
-    std::string select(const Json& arg) {
+    std::string ScriptDriver::select(const Json& arg) {
         if (!arg.is_object()) return "select braucht ein Objekt";
         // Higher levels first, since each decides what the next one shows.
         static const char* order[] = {"client", "year", "period", "item", "group", "account",
@@ -122,7 +118,7 @@ class ScriptDriver {
                                       "inventory"};
         for (const char* name : order) {
             if (!arg.contains(name)) continue;
-            ListController* controller = m_s.app.selection().byRecordName(name);
+            ListController* controller = m_session.selection().byRecordName(name);
             const Json& index = arg[name];
             if (index.is_null()) {
                 controller->setSelectionIndex(std::nullopt);
@@ -133,19 +129,19 @@ class ScriptDriver {
                 return std::string("keine Zeile ") + index.dump() + " in der Liste " + name +
                        " (sie hat " + std::to_string(controller->count()) + ")";
             }
-            m_s.app.selectionChanged();
+            m_session.selectionChanged();
         }
         for (auto it = arg.begin(); it != arg.end(); ++it)
-            if (!m_s.app.selection().byRecordName(it.key()))
+            if (!m_session.selection().byRecordName(it.key()))
                 return "unbekannte Liste \"" + it.key() + "\"";
         return {};
     }
 
-    std::string setProperty(const Json& arg) {
+    std::string ScriptDriver::setProperty(const Json& arg) {
         if (!arg.is_object() || !arg.contains("record") || !arg.contains("key"))
             return "set braucht record, key und value";
         std::string name = arg["record"].is_string() ? arg["record"].get<std::string>() : "";
-        ListController* controller = m_s.app.selection().byRecordName(name);
+        ListController* controller = m_session.selection().byRecordName(name);
         if (!controller) return "unbekannter Datensatz \"" + name + "\"";
         core::Record* record = controller->selected();
         if (!record) return "in der Liste " + name + " ist nichts ausgewählt";
@@ -157,7 +153,7 @@ class ScriptDriver {
         return {};
     }
 
-    std::string setField(const Json& arg) {
+    std::string ScriptDriver::setField(const Json& arg) {
         if (!arg.is_object() || !arg.contains("name") || !arg["name"].is_string())
             return "field braucht name und value";
         const Json& value = arg.contains("value") ? arg["value"] : Json();
@@ -171,11 +167,11 @@ class ScriptDriver {
             if (!tagged) return tagged.error().message;
             v = *tagged;
         } else if (!value.is_null()) return "field: unbekannter Wert";
-        m_s.app.fields().set(arg["name"].get<std::string>(), v);
+        m_session.fields().set(arg["name"].get<std::string>(), v);
         return {};
     }
 
-    std::string drag(const Json& arg) {
+    std::string ScriptDriver::drag(const Json& arg) {
         if (!arg.is_object() || !arg.contains("list") || !arg["list"].is_string() ||
             !arg.contains("rows") || !arg["rows"].is_array())
             return "drag braucht list, rows und to";
@@ -192,95 +188,57 @@ class ScriptDriver {
                 request.targetRow = static_cast<size_t>(to["row"].get<int64_t>());
         }
         request.option = arg.value("option", false);
-        if (!m_s.app.drag(request)) return "Zeilen der Liste \"" + request.list + "\" lassen sich nicht ziehen";
+        if (!m_session.drag(request)) return "Zeilen der Liste \"" + request.list + "\" lassen sich nicht ziehen";
         return {};
     }
 
-    std::string setSettings(const Json& arg) {
+    std::string ScriptDriver::setSettings(const Json& arg) {
         if (!arg.is_object()) return "settings braucht ein Objekt";
         for (auto it = arg.begin(); it != arg.end(); ++it) {
             auto value = loadTaggedJson(it.value().dump());
             if (!value) return it.key() + ": " + value.error().message;
-            if (value->isAbsent()) m_s.settings.remove(it.key());
-            else m_s.settings.set(it.key(), *value);
+            if (value->isAbsent()) m_session.settings().remove(it.key());
+            else m_session.settings().set(it.key(), *value);
         }
         return {};
     }
 
-    std::string queueAnswers(const Json& arg) {
+    std::string ScriptDriver::queueAnswers(const Json& arg) {
         if (!arg.is_array()) return "answer braucht eine Liste";
         for (const Json& a : arg) {
             if (!a.is_number_integer() || a.get<int>() < 0 || a.get<int>() > 2)
                 return "eine Antwort ist 0, 1 oder 2";
-            m_s.ui.queueAnswer(a.get<int>());
+            m_services.ui.queueAnswer(a.get<int>());
         }
         return {};
     }
 
-    std::string queueChoices(const Json& arg) {
+    std::string ScriptDriver::queueChoices(const Json& arg) {
         if (!arg.is_array()) return "choose braucht eine Liste";
         for (const Json& c : arg) {
-            if (c.is_null()) m_s.ui.queueChoice(std::nullopt);
-            else if (c.is_string()) m_s.ui.queueChoice(c.get<std::string>());
+            if (c.is_null()) m_services.ui.queueChoice(std::nullopt);
+            else if (c.is_string()) m_services.ui.queueChoice(c.get<std::string>());
             else return "eine Wahl ist ein Pfad oder null";
         }
         return {};
     }
 
-    std::string doCommand(const Json& arg, const Json& command) {
+    std::string ScriptDriver::doCommand(const Json& arg, const Json& command) {
         if (!arg.is_string()) return "do braucht den Namen eines Befehls";
         CommandSender sender;
         if (command.contains("tag") && command["tag"].is_number_integer()) sender.tag = command["tag"].get<int>();
-        if (!m_s.app.commands().run(arg.get<std::string>(), sender))
+        if (!m_session.run(arg.get<std::string>(), sender))
             return "unbekannter Befehl \"" + arg.get<std::string>() + "\"";
         return {};
     }
 
-    std::string openFile(const Json& arg) {
+    std::string ScriptDriver::openFile(const Json& arg) {
         if (!arg.is_string()) return "open braucht den Pfad einer Datei";
         CommandSender sender;
         sender.path = arg.get<std::string>();
-        m_s.app.commands().run("application:openFile:", sender);
+        m_session.run("application:openFile:", sender);
         return {};
     }
 
-    HeadlessSession m_s;
-};
-
-} // namespace
-
-int runScript(std::istream& script, std::ostream& out) {
-    ScriptDriver driver(out);
-    return driver.run(script);
-}
-
-int runScriptFile(const std::string& path, std::ostream& out) {
-    if (path == "-") return runScript(std::cin, out);
-    std::ifstream in(path);
-    if (!in) {
-        EventLog log(out);
-        log.error(path + ": das Skript kann nicht gelesen werden");
-        return 3;
-    }
-    return runScript(in, out);
-}
-
-core::Result<void> writeArchiveFile(const std::string& path, const core::Value& root) {
-    return core::writeFileAtomically(path, core::encodeKeyedArchive(root));
-}
-
-std::optional<std::string> loadSettingsSafely(core::Settings& settings) {
-    auto loaded = settings.load();
-    if (loaded) return std::nullopt;
-    std::error_code ec;
-    auto stamp = std::chrono::duration_cast<std::chrono::seconds>(
-                     std::chrono::system_clock::now().time_since_epoch()).count();
-    std::filesystem::path aside = settings.file();
-    aside += ".unlesbar-" + std::to_string(stamp);
-    std::filesystem::rename(settings.file(), aside, ec);
-    return "Die Einstellungen konnten nicht gelesen werden (" + loaded.error().message +
-           "). Die Datei wurde als „" + aside.string() +
-           "“ beiseitegelegt; Zifora beginnt mit leeren Einstellungen.";
-}
 
 } // namespace zifora::shell

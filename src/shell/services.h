@@ -2,6 +2,7 @@
 // The platform services the controllers call. The desktop program implements them with
 // Qt; the command-line program and the tests with the headless doubles of headless.h.
 
+#include "core/error.h"
 #include "core/value.h"
 
 #include <cstdint>
@@ -46,6 +47,10 @@ class Ui {
     virtual std::optional<std::string> chooseFile(const DialogRequest& request) = 0;
     virtual void showWindow(const std::string& name) = 0;
     virtual void hideWindow(const std::string& name) = 0;
+    /// Shows a PDF in a preview window titled `title`.
+    virtual void preview(const std::string& pdfPath, const std::string& title) = 0;
+    /// Offers the print dialog over a PDF; false when the user cancels it.
+    virtual bool print(const std::string& pdfPath, const std::string& title) = 0;
 };
 
 using TimerId = uint64_t;
@@ -88,6 +93,38 @@ class Workspace {
     virtual void fileWritten(const std::string& path) { (void)path; }
 };
 
+enum class PageOrientation { Portrait, Landscape };
+
+/// A report's HTML and how its PDF is laid out. Margins and sizes are in points.
+struct PdfRequest {
+    std::string htmlPath;
+    std::string pdfPath;
+    double pageWidth = 595.28; // A4
+    double pageHeight = 841.89;
+    PageOrientation orientation = PageOrientation::Portrait;
+    double marginTop = 72, marginLeft = 72, marginBottom = 72, marginRight = 72;
+    /// Printed in the bottom margin of every page, followed by the page number.
+    std::string footer;
+    std::string title;
+    std::string author;
+};
+
+/// Turns a report's HTML into a paginated PDF.
+class PdfRenderer {
+  public:
+    virtual ~PdfRenderer() = default;
+    /// Writes the PDF of `request`; on failure no PDF is left and the cause is returned.
+    [[nodiscard]] virtual core::Result<void> render(const PdfRequest& request) = 0;
+};
+
+/// No PDF output: every request fails and says so. Stands in where no renderer is given.
+class NoPdfRenderer final : public PdfRenderer {
+  public:
+    [[nodiscard]] core::Result<void> render(const PdfRequest& request) override {
+        return core::fail(request.pdfPath + ": diese Ausgabe von Zifora kann keine PDF-Dateien erzeugen");
+    }
+};
+
 /// Everything the controllers need of the platform, passed as one bundle.
 struct Services {
     Ui& ui;
@@ -95,6 +132,7 @@ struct Services {
     Clock& clock;
     Clipboard& clipboard;
     Workspace& workspace;
+    PdfRenderer& pdf;
 };
 
 } // namespace zifora::shell

@@ -11,7 +11,8 @@
 
 #include "core/settings.h"
 #include "platform_qt/qtservices.h"
-#include "shell/app.h"
+#include "program/program.h"
+#include "shell/session.h"
 
 #include <QAbstractItemModel>
 #include <QApplication>
@@ -138,7 +139,7 @@ struct Program {
 
     /// A command as the menus and the toolbar of the main window run it.
     void command(const char* name) {
-        QVERIFY2(app.commands().run(name), name);
+        QVERIFY2(app.run(name), name);
         window.refresh();
     }
 
@@ -151,10 +152,12 @@ struct Program {
     platform_qt::QtClipboard clipboard;
     platform_qt::QtWorkspace workspace;
     core::Settings settings{(home.path() + "/Zifora.plist").toStdString()};
-    shell::App app{shell::Services{ui, scheduler, clock, clipboard, workspace},
-                   shell::Places::forHome(home.path().toStdString()), settings};
+    shell::NoPdfRenderer pdf;
+    program::Program program{shell::Services{ui, scheduler, clock, clipboard, workspace, pdf},
+                             core::Places::forHome(home.path().toStdString()), settings};
+    shell::Session& app = program.session();
     gui::MainWindow window{app};
-    gui::FormSheets forms{app, &window, [this] { window.refresh(); }};
+    gui::FormSheets forms{app, &window, {}};
     core::Ref<Record> client;
     AlertCatcher alerts;
 };

@@ -10,9 +10,10 @@
 #include "core/record.h"
 #include "core/settings.h"
 #include "platform_qt/qtservices.h"
+#include "program/program.h"
 #include "posting/itemcalculation.h"
 #include "posting/valuetransformers.h"
-#include "shell/app.h"
+#include "shell/session.h"
 
 #include <QAction>
 #include <QDateTime>
@@ -49,6 +50,8 @@ class TestUi final : public shell::Ui {
     }
     void showWindow(const std::string& name) override { shown.push_back(name); }
     void hideWindow(const std::string& name) override { hidden.push_back(name); }
+    void preview(const std::string&, const std::string&) override {}
+    bool print(const std::string&, const std::string&) override { return false; }
 
     std::vector<shell::AlertRequest> alerts;
     std::vector<std::string> shown;
@@ -165,12 +168,13 @@ core::RecordList smallBook() {
 /// One program with a small book, without the start sequence: no disclaimer, no database.
 struct Program {
     Program() {
-        places = shell::Places::forHome(home.path().toStdString());
+        places = core::Places::forHome(home.path().toStdString());
         QDir().mkpath(QString::fromStdString(places.dataFolder));
         settings = std::make_unique<core::Settings>(places.settingsFile);
-        app = std::make_unique<shell::App>(
-            shell::Services{ui, scheduler, clock, clipboard, workspace}, places, *settings);
-        app->init();
+        whole = std::make_unique<zifora::program::Program>(
+            shell::Services{ui, scheduler, clock, clipboard, workspace, pdf}, places, *settings);
+        app = &whole->session();
+        app->run("init");
         settings->setBool("firstStepsDone", true);
         settings->setBool("firstDropBOOL", true);
         app->setClients(smallBook());
@@ -196,14 +200,16 @@ struct Program {
     }
 
     QTemporaryDir home;
-    shell::Places places;
+    core::Places places;
     std::unique_ptr<core::Settings> settings;
     TestUi ui;
     platform_qt::QtScheduler scheduler;
     platform_qt::SystemClock clock;
     platform_qt::QtClipboard clipboard;
     TestWorkspace workspace;
-    std::unique_ptr<shell::App> app;
+    shell::NoPdfRenderer pdf;
+    std::unique_ptr<zifora::program::Program> whole;
+    shell::Session* app = nullptr;
 
   private:
     std::unique_ptr<gui::MainWindow> m_window;

@@ -11,7 +11,8 @@
 #include "core/record.h"
 #include "core/settings.h"
 #include "platform_qt/qtservices.h"
-#include "shell/app.h"
+#include "program/program.h"
+#include "shell/session.h"
 
 #include <QAction>
 #include <QApplication>
@@ -46,16 +47,19 @@ struct Program {
     platform_qt::SystemClock clock;
     platform_qt::QtClipboard clipboard;
     platform_qt::QtWorkspace workspace;
-    shell::Places places = shell::Places::forHome(home.path().toStdString());
+    core::Places places = core::Places::forHome(home.path().toStdString());
     core::Settings settings{places.settingsFile};
-    shell::App app{shell::Services{ui, scheduler, clock, clipboard, workspace}, places, settings};
+    shell::NoPdfRenderer pdf;
+    program::Program program{shell::Services{ui, scheduler, clock, clipboard, workspace, pdf},
+                             places, settings};
+    shell::Session& app = program.session();
     gui::PreferencesController preferences{app};
 
     Program() {
         for (const std::string& name : gui::PreferencesController::windowNames())
             ui.addWindow(name,
                          [this, name](bool show) { preferences.showWindowNamed(name, show); });
-        app.init();
+        app.run("init");
         settings.setFloat("prefs1Rate", 19);
         settings.setFloat("prefs2Rate", 7);
         settings.setString("prefs1RateTitle", "Regelsteuersatz");
@@ -75,12 +79,12 @@ struct Program {
             account->set("title", Value::string(title));
             client->accounts().push_back(account);
         }
-        app.clients().push_back(client);
+        app.book().clients().push_back(client);
         return *client;
     }
 
     PreferencesWindow& window() { return preferences.preferences(); }
-    Record& client(size_t index) { return *app.clients().at(index); }
+    Record& client(size_t index) { return *app.book().clients().at(index); }
     template <class T> T* control(int pane, const char* name) {
         return window().pane(pane)->findChild<T*>(QString::fromLatin1(name));
     }
@@ -160,7 +164,7 @@ class PreferencesTest : public QObject {
 
 void PreferencesTest::panesSetTheWindowTitle() {
     PreferencesWindow& w = m_p->window();
-    QVERIFY(m_p->app.commands().run("showPrefs:"));
+    QVERIFY(m_p->app.run("showPrefs:"));
     QVERIFY(w.isVisible());
     QCOMPARE(w.windowTitle(), QStringLiteral("Einstellungen - Allgemein"));
     const QStringList titles{
@@ -363,8 +367,8 @@ void PreferencesTest::aNewClientGetsTheCursorInItsName() {
     PreferencesWindow& w = m_p->window();
     w.present();
     QVERIFY(QTest::qWaitForWindowActive(&w));
-    m_p->app.commands().run("createClient:");
-    QCOMPARE(m_p->app.clients().size(), size_t(2));
+    m_p->app.run("createClient:");
+    QCOMPARE(m_p->app.book().clients().size(), size_t(2));
     QCOMPARE(w.currentPane(), int(PreferencesWindow::Clients));
     auto* company = m_p->control<QLineEdit>(PreferencesWindow::Clients, "company");
     QTRY_VERIFY(company->hasFocus());
@@ -374,7 +378,7 @@ void PreferencesTest::aNewClientGetsTheCursorInItsName() {
 
     answerNextBox(QStringLiteral("Löschen"));
     m_p->button(PreferencesWindow::Clients, "deleteClient:")->click();
-    QCOMPARE(m_p->app.clients().size(), size_t(1));
+    QCOMPARE(m_p->app.book().clients().size(), size_t(1));
     QCOMPARE(w.clientsPane()->table()->model()->rowCount(), 1);
 }
 
@@ -397,7 +401,7 @@ void PreferencesTest::templatesAreEditedInTheirTable() {
     PreferencesWindow& w = m_p->window();
     w.present();
     // A new template is made where the program asks for it, and typed in at once.
-    m_p->app.commands().run("addTemplate:");
+    m_p->app.run("addTemplate:");
     QCOMPARE(w.currentPane(), int(PreferencesWindow::Templates));
     QTRY_VERIFY(w.templatesTable()->isEditing());
     type(editorOf(w.templatesTable()->view()), QStringLiteral("Miete"));
@@ -427,7 +431,7 @@ void PreferencesTest::templatesAreEditedInTheirTable() {
 }
 
 void PreferencesTest::accountsWindowSearchesByNumberAndTitle() {
-    QVERIFY(m_p->app.commands().run("runKontenwerker:"));
+    QVERIFY(m_p->app.run("runKontenwerker:"));
     gui::AccountsWindow& w = m_p->preferences.accountsWindow();
     QVERIFY(w.isVisible());
     QCOMPARE(w.windowTitle(), QStringLiteral("Kontenrahmen bearbeiten"));
@@ -502,8 +506,8 @@ void PreferencesTest::screenshotsOfEveryPane() {
     w.showPane(PreferencesWindow::Accounts);
     QTest::qWait(20);
     saveScreenshot(w, QStringLiteral("preferences-3-konten-hilfe"));
-    m_p->app.commands().run("loadDefaultAccountsSetup:");
-    m_p->app.commands().run("runKontenwerker:");
+    m_p->app.run("loadDefaultAccountsSetup:");
+    m_p->app.run("runKontenwerker:");
     QTest::qWait(20);
     saveScreenshot(m_p->preferences.accountsWindow(), QStringLiteral("accounts-window"));
     type(m_p->preferences.accountsWindow().searchField(), QStringLiteral("kfz"));

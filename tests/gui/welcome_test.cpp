@@ -10,7 +10,8 @@
 #include "core/record.h"
 #include "core/settings.h"
 #include "platform_qt/qtservices.h"
-#include "shell/app.h"
+#include "program/program.h"
+#include "shell/session.h"
 
 #include <QApplication>
 #include <QCheckBox>
@@ -88,11 +89,14 @@ struct Program {
     platform_qt::SystemClock clock;
     platform_qt::QtClipboard clipboard;
     NotingWorkspace workspace;
-    shell::Places places = shell::Places::forHome(home.path().toStdString());
+    core::Places places = core::Places::forHome(home.path().toStdString());
     core::Settings settings{places.settingsFile};
-    shell::App app{shell::Services{ui, scheduler, clock, clipboard, workspace}, places, settings};
+    shell::NoPdfRenderer pdf;
+    program::Program program{shell::Services{ui, scheduler, clock, clipboard, workspace, pdf},
+                             places, settings};
+    shell::Session& app = program.session();
     gui::MainWindow window{app};
-    gui::StartSheets sheets{app, &window, [this] { window.refresh(); }};
+    gui::StartSheets sheets{app, &window, {}};
 
     Program() {
         ui.setParentWindow(&window);
@@ -102,12 +106,12 @@ struct Program {
 
     /// The start as the desktop program runs it; boxes are answered by `answerer`.
     void start() {
-        app.init();
-        app.awakeFromNib();
+        app.run("init");
+        app.run("awakeFromNib");
         window.refresh();
     }
     void run(const char* command) {
-        QVERIFY(app.commands().run(command));
+        QVERIFY(app.run(command));
         window.refresh();
     }
     gui::SetupAssistant& assistant() { return *sheets.assistant(); }

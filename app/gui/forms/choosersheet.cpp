@@ -1,7 +1,7 @@
 #include "forms/choosersheet.h"
 
 #include "forms/formbinder.h"
-#include "shell/app.h"
+#include "shell/session.h"
 
 #include <QComboBox>
 #include <QFormLayout>
@@ -14,7 +14,7 @@
 
 namespace zifora::gui {
 
-ChooserSheet::ChooserSheet(shell::App& app, Kind kind, std::function<void()> afterChange,
+ChooserSheet::ChooserSheet(shell::Session& app, Kind kind, std::function<void()> afterChange,
                            QWidget* mainWindow)
     : FormSheet(mainWindow), m_kind(std::move(kind)) {
     m_binder = new FormBinder(app, std::move(afterChange), this);

@@ -15,7 +15,7 @@ class QPushButton;
 class QToolButton;
 
 namespace zifora::shell {
-class App;
+class Session;
 }
 
 namespace zifora::gui {
@@ -36,7 +36,7 @@ class ChooserSheet final : public FormSheet {
         std::function<std::vector<std::string>()> offeredTitles;
     };
 
-    ChooserSheet(shell::App& app, Kind kind, std::function<void()> afterChange,
+    ChooserSheet(shell::Session& app, Kind kind, std::function<void()> afterChange,
                  QWidget* mainWindow);
 
     /// The program shows or hides the form ("yearWindow" …).

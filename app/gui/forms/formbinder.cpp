@@ -1,6 +1,6 @@
 #include "forms/formbinder.h"
 
-#include "shell/app.h"
+#include "shell/session.h"
 
 #include <QPointer>
 #include <QTimer>
@@ -24,7 +24,7 @@ core::Value dateOnDay(const core::Value& before, QDate day) {
     return core::Value::date(fromQDateTime(QDateTime(day, time)));
 }
 
-FormBinder::FormBinder(shell::App& app, std::function<void()> afterChange, QObject* parent)
+FormBinder::FormBinder(shell::Session& app, std::function<void()> afterChange, QObject* parent)
     : QObject(parent), m_app(app), m_afterChange(std::move(afterChange)) {
     // The controls live as long as the application object; a form that is gone is skipped.
     QPointer<FormBinder> self(this);
@@ -76,7 +76,7 @@ bool FormBinder::run(const std::string& command, int tag, bool commitFirst) {
     if (m_refused) return false;
     if (commitFirst && !commitPending()) return false;
     if (m_refused) return false;
-    const bool known = m_app.commands().run(command, shell::CommandSender{tag});
+    const bool known = m_app.run(command, shell::CommandSender{tag}).has_value();
     refreshNow();
     refreshSoon();
     return known;

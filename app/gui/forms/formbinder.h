@@ -17,7 +17,7 @@
 #include <vector>
 
 namespace zifora::shell {
-class App;
+class Session;
 }
 
 namespace zifora::gui {
@@ -41,9 +41,9 @@ class FormBinder final : public QObject {
   public:
     /// `afterChange` brings the main window up to date; it runs after each command and,
     /// gathered into one call, after typing.
-    FormBinder(shell::App& app, std::function<void()> afterChange, QObject* parent);
+    FormBinder(shell::Session& app, std::function<void()> afterChange, QObject* parent);
 
-    [[nodiscard]] shell::App& app() { return m_app; }
+    [[nodiscard]] shell::Session& app() { return m_app; }
 
     /// Calls `show` whenever the program sets the control `name` (and from `showAll`).
     void onControl(const std::string& name, std::function<void()> show);
@@ -83,7 +83,7 @@ class FormBinder final : public QObject {
     void dispatch(const std::string& name);
     void refreshNow();
 
-    shell::App& m_app;
+    shell::Session& m_app;
     std::function<void()> m_afterChange;
     std::multimap<std::string, std::function<void()>, std::less<>> m_shows;
     std::vector<std::function<bool()>> m_pending;

@@ -5,7 +5,7 @@
 #include "forms/multipopover.h"
 #include "platform_qt/qtservices.h"
 #include "posting/choosertitles.h"
-#include "shell/app.h"
+#include "shell/session.h"
 
 #include <QEvent>
 
@@ -13,7 +13,7 @@ namespace zifora::gui {
 
 namespace {
 
-ChooserSheet::Kind yearForm(shell::App& app) {
+ChooserSheet::Kind yearForm(shell::Session& app) {
     return {QStringLiteral("Jahr"),
             QStringLiteral("Jahr:"),
             "yearPopUp",
@@ -46,7 +46,7 @@ ChooserSheet::Kind periodForm() {
 
 } // namespace
 
-FormSheets::FormSheets(shell::App& app, QWidget* mainWindow, std::function<void()> refreshMain)
+FormSheets::FormSheets(shell::Session& app, QWidget* mainWindow, std::function<void()> refreshMain)
     : m_main(mainWindow) {
     m_item = new ItemSheet(app, refreshMain, mainWindow);
     m_year = new ChooserSheet(app, yearForm(app), refreshMain, mainWindow);

@@ -12,7 +12,7 @@ namespace zifora::platform_qt {
 class QtUi;
 }
 namespace zifora::shell {
-class App;
+class Session;
 }
 
 namespace zifora::gui {
@@ -24,7 +24,7 @@ class FormSheets final : public QObject {
     Q_OBJECT
   public:
     /// `refreshMain` brings the main window up to date after the forms changed something.
-    FormSheets(shell::App& app, QWidget* mainWindow, std::function<void()> refreshMain);
+    FormSheets(shell::Session& app, QWidget* mainWindow, std::function<void()> refreshMain);
 
     /// Registers "itemWindow", "itemDatePanel", "itemHelpPanel", "multiPopover",
     /// "splitCalculator", "templateSearchSheet", "yearWindow", "yearWindow.help",

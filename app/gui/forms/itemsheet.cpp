@@ -6,7 +6,7 @@
 #include "forms/segmentedchoice.h"
 #include "posting/amountentry.h"
 #include "posting/numberformat.h"
-#include "shell/app.h"
+#include "shell/session.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -64,7 +64,7 @@ void showLineText(QLineEdit& edit, const QString& text) {
 
 } // namespace
 
-ItemSheet::ItemSheet(shell::App& app, std::function<void()> afterChange, QWidget* mainWindow)
+ItemSheet::ItemSheet(shell::Session& app, std::function<void()> afterChange, QWidget* mainWindow)
     : FormSheet(mainWindow), m_app(app) {
     setObjectName(QStringLiteral("itemWindow"));
     m_binder = new FormBinder(app, afterChange, this);

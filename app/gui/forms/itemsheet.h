@@ -17,7 +17,7 @@ class QPushButton;
 class QToolButton;
 
 namespace zifora::shell {
-class App;
+class Session;
 }
 
 namespace zifora::gui {
@@ -29,7 +29,7 @@ class SegmentedChoice;
 class ItemSheet final : public FormSheet {
     Q_OBJECT
   public:
-    ItemSheet(shell::App& app, std::function<void()> afterChange, QWidget* mainWindow);
+    ItemSheet(shell::Session& app, std::function<void()> afterChange, QWidget* mainWindow);
 
     /// The program shows or hides the form.
     void showForm(bool show);
@@ -64,7 +64,7 @@ class ItemSheet final : public FormSheet {
     bool commitSum();
     bool commitAccount(bool always, bool moveOn);
 
-    shell::App& m_app;
+    shell::Session& m_app;
     FormBinder* m_binder = nullptr;
     MultiPopover* m_popover = nullptr;
 

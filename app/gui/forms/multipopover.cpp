@@ -2,7 +2,7 @@
 
 #include "forms/formbinder.h"
 #include "forms/popoverviews.h"
-#include "shell/app.h"
+#include "shell/session.h"
 
 #include <QAbstractItemView>
 #include <QCalendarWidget>
@@ -14,7 +14,7 @@
 
 namespace zifora::gui {
 
-MultiPopover::MultiPopover(shell::App& app, std::function<void()> afterChange, QWidget* form)
+MultiPopover::MultiPopover(shell::Session& app, std::function<void()> afterChange, QWidget* form)
     : QDialog(form, Qt::Tool) {
     setObjectName(QStringLiteral("multiPopover"));
     m_binder = new FormBinder(app, std::move(afterChange), this);

@@ -14,7 +14,7 @@ class QLabel;
 class QStackedWidget;
 
 namespace zifora::shell {
-class App;
+class Session;
 }
 
 namespace zifora::gui {
@@ -36,7 +36,7 @@ class MultiPopover final : public QDialog {
         DatevTag = 47,
     };
 
-    MultiPopover(shell::App& app, std::function<void()> afterChange, QWidget* form);
+    MultiPopover(shell::Session& app, std::function<void()> afterChange, QWidget* form);
 
     /// Opens the view of `tag` beside `anchor` (or beside the form).
     void showView(int tag, QWidget* anchor = nullptr);

@@ -2,7 +2,7 @@
 
 #include "forms/formbinder.h"
 #include "posting/numberformat.h"
-#include "shell/app.h"
+#include "shell/session.h"
 
 #include <QButtonGroup>
 #include <QCalendarWidget>

@@ -3,7 +3,7 @@
 #include "listtable.h"
 #include "mastercolumns.h"
 
-#include "shell/app.h"
+#include "shell/session.h"
 
 #include <QEvent>
 #include <QHBoxLayout>

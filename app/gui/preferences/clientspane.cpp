@@ -1,7 +1,7 @@
 #include "mastercolumns.h"
 #include "panes.h"
 
-#include "shell/app.h"
+#include "shell/session.h"
 
 #include <QComboBox>
 #include <QFormLayout>
@@ -71,7 +71,7 @@ void ClientFields::reload() {
 
 void ClientFields::written() {
     // The settings mirror of the client follows a moment later.
-    m_context.app.commands().run("changeCurrentClient:");
+    m_context.app.run("changeCurrentClient:");
     m_context.changed();
 }
 

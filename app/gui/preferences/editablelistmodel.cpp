@@ -1,6 +1,6 @@
 #include "editablelistmodel.h"
 
-#include "shell/app.h"
+#include "shell/session.h"
 
 #include <QDataStream>
 #include <QIODevice>
@@ -16,7 +16,7 @@ constexpr const char* kRowsMimeType = "application/x-zifora-rows";
 
 } // namespace
 
-EditableListModel::EditableListModel(shell::App& app, shell::ListController& list,
+EditableListModel::EditableListModel(shell::Session& app, shell::ListController& list,
                                      std::string dragName, std::vector<EditableColumn> columns,
                                      QObject* parent)
     : QAbstractTableModel(parent), m_app(app), m_list(list), m_dragName(std::move(dragName)),

@@ -13,7 +13,7 @@
 #include <vector>
 
 namespace zifora::shell {
-class App;
+class Session;
 }
 
 namespace zifora::gui {
@@ -36,7 +36,7 @@ class EditableListModel final : public QAbstractTableModel {
   public:
     /// `dragName` is the name under which the program knows the list's rows in a drag
     /// ("accounts", "groups", "templates", "clients").
-    EditableListModel(shell::App& app, shell::ListController& list, std::string dragName,
+    EditableListModel(shell::Session& app, shell::ListController& list, std::string dragName,
                       std::vector<EditableColumn> columns, QObject* parent = nullptr);
 
     int rowCount(const QModelIndex& parent = {}) const override;
@@ -68,7 +68,7 @@ class EditableListModel final : public QAbstractTableModel {
     void dropped();
 
   private:
-    shell::App& m_app;
+    shell::Session& m_app;
     shell::ListController& m_list;
     std::string m_dragName;
     std::vector<EditableColumn> m_columns;

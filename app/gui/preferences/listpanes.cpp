@@ -1,7 +1,7 @@
 #include "mastercolumns.h"
 #include "panes.h"
 
-#include "shell/app.h"
+#include "shell/session.h"
 
 #include <QHBoxLayout>
 #include <QHeaderView>
@@ -84,7 +84,7 @@ ListPane* makeAccountsPane(PaneContext& context) {
 }
 
 ListPane* makeTemplatesPane(PaneContext& context) {
-    shell::App& app = context.app;
+    shell::Session& app = context.app;
     auto* table = new ListTable(context, app.selection().templates, "templates",
                                 templateColumns(app.selection(), app.settings()));
     table->setObjectName(QStringLiteral("templatesTable"));

@@ -1,6 +1,6 @@
 #include "listtable.h"
 
-#include "shell/app.h"
+#include "shell/session.h"
 
 #include <QAction>
 #include <QComboBox>

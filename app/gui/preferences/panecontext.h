@@ -6,13 +6,13 @@
 #include <string>
 
 namespace zifora::shell {
-class App;
+class Session;
 }
 
 namespace zifora::gui {
 
 struct PaneContext {
-    shell::App& app;
+    shell::Session& app;
     /// Runs a command by its name with a sender tag, then brings the windows up to date.
     std::function<void(const std::string& command, int tag)> run;
     /// Records or the selection were changed here: the windows show it.

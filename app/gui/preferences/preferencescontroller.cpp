@@ -5,13 +5,13 @@
 #include "panes.h"
 #include "preferenceswindow.h"
 
-#include "shell/app.h"
+#include "shell/session.h"
 
 #include <QTimer>
 
 namespace zifora::gui {
 
-PreferencesController::PreferencesController(shell::App& app)
+PreferencesController::PreferencesController(shell::Session& app)
     : m_app(app), m_context{app,
                             [this](const std::string& name, int tag) { runCommand(name, tag); },
                             [this] { changed(); }},
@@ -41,12 +41,6 @@ std::vector<std::string> PreferencesController::windowNames() {
 }
 
 void PreferencesController::registerCommands() {
-    shell::CommandRegistry& c = m_app.commands();
-    c.add("showPrefs:",
-          [this](const shell::CommandSender&) { m_app.services().ui.showWindow("preferences"); });
-    c.add("runKontenwerker:", [this](const shell::CommandSender&) {
-        m_app.services().ui.showWindow("accountsWindow");
-    });
     // A new template opens its first cell for typing, wherever it was made.
     m_app.fields().observe([this](const std::string& name, const core::Value& value) {
         if (name != "templateTableEditingRow" || value.isAbsent()) return;
@@ -96,7 +90,7 @@ void PreferencesController::editLater(ListTable* table, int column) {
 }
 
 void PreferencesController::runCommand(const std::string& name, int tag) {
-    m_app.commands().run(name, shell::CommandSender{tag});
+    m_app.run(name, shell::CommandSender{tag});
     changed();
 }
 

@@ -1,6 +1,6 @@
 #pragma once
-// The preferences and the accounts window as the program reaches them: the commands
-// `showPrefs:` and `runKontenwerker:`, and the window names the controllers show.
+// The preferences and the accounts window as the program reaches them: the window names
+// the controllers show (`showPrefs:` and `runKontenwerker:` show two of them).
 
 #include "panecontext.h"
 
@@ -12,7 +12,7 @@
 #include <vector>
 
 namespace zifora::shell {
-class App;
+class Session;
 }
 
 namespace zifora::gui {
@@ -26,7 +26,7 @@ class PreferencesController final : public QObject {
   public:
     /// Makes both windows (hidden) and registers the two commands. To be made before the
     /// menus are built, so that they offer the commands.
-    explicit PreferencesController(shell::App& app);
+    explicit PreferencesController(shell::Session& app);
     ~PreferencesController() override;
 
     /// The names to register with the user interface, each shown by `showWindowNamed`:
@@ -52,7 +52,7 @@ class PreferencesController final : public QObject {
     /// Opens a cell of the table's selected row for typing once the command has finished.
     void editLater(ListTable* table, int column);
 
-    shell::App& m_app;
+    shell::Session& m_app;
     PaneContext m_context;
     PaneContext m_accountsContext;
     std::unique_ptr<PreferencesWindow> m_preferences;

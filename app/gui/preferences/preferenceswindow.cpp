@@ -2,7 +2,7 @@
 
 #include "panes.h"
 
-#include "shell/app.h"
+#include "shell/session.h"
 
 #include <QAction>
 #include <QActionGroup>

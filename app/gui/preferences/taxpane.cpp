@@ -1,6 +1,6 @@
 #include "panes.h"
 
-#include "shell/app.h"
+#include "shell/session.h"
 
 #include <QFormLayout>
 #include <QGridLayout>

@@ -1,0 +1,46 @@
+#pragma once
+// The database file of a run: where it lies, its load at the start, and every save (the
+// timer's, the menu's, the stop's). A database that can't be read is never overwritten, and
+// a save that fails keeps the old file whole, tells the user once and is tried again at the
+// next save.
+
+#include "shell/feature.h"
+
+#include <string>
+
+namespace zifora::shell {
+class Session;
+}
+
+namespace zifora::bookkeeping {
+
+/// Tells the user that the database at `path` can't be read and will not be written.
+void showUnreadableDatabase(shell::Session& session, const std::string& path,
+                            const std::string& cause);
+
+class DatabaseController final : public shell::Feature {
+  public:
+    /// Registers `save:`, `autoSave:`, `saveDataToDisk`, `loadDataFromDisk`,
+    /// `pathForDataFile` and `setSelection`.
+    explicit DatabaseController(shell::Session& session);
+    [[nodiscard]] std::string_view name() const override { return "Datenbank"; }
+
+    /// The path of the database file; warns when its folder is missing and stops saving.
+    std::string pathForDataFile();
+    /// Writes the book when saving is allowed.
+    void saveDataToDisk();
+    /// Reads the book, or makes it on a first run through the migration.
+    void loadDataFromDisk();
+    /// Selects the client and the rows noted in the settings.
+    void setSelection();
+
+  private:
+    void registerCommands();
+    void reportSaveFailure(const std::string& path, const std::string& cause);
+
+    shell::Session& m_session;
+    /// The text of the last failure told to the user; empty after a save that succeeded.
+    std::string m_reportedFailure;
+};
+
+} // namespace zifora::bookkeeping

@@ -1,0 +1,10 @@
+#include "program/headlessprogram.h"
+
+namespace zifora::program {
+
+HeadlessProgram::HeadlessProgram(std::ostream& out, core::Places where, core::Date start,
+                                 Resources resources)
+    : services(out, start), places(std::move(where)), settings(places.settingsFile),
+      program(services.services(), places, settings, std::move(resources)) {}
+
+} // namespace zifora::program
