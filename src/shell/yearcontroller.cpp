@@ -1,6 +1,7 @@
 #include "shell/yearcontroller.h"
 
 #include "core/record.h"
+#include "core/utf8.h"
 #include "posting/choosertitles.h"
 #include "shell/app.h"
 
@@ -13,13 +14,6 @@ namespace {
 using core::Record;
 using core::RecordClass;
 using core::Value;
-
-/// Characters of a UTF-8 text, counted as code points.
-size_t characterCount(std::string_view text) {
-    return static_cast<size_t>(std::count_if(text.begin(), text.end(), [](char c) {
-        return (static_cast<unsigned char>(c) & 0xC0) != 0x80;
-    }));
-}
 
 } // namespace
 
@@ -127,7 +121,7 @@ void YearController::closeList() {
 }
 
 void YearController::closeForm(Form& form) {
-    if (characterCount(m_app.fields().text(form.chooser)) > 1) {
+    if (core::utf8CharacterCount(m_app.fields().text(form.chooser)) > 1) {
         // The help panel is attached to the form: it goes and comes back with it.
         m_app.services().ui.hideWindow(form.window);
         return;
