@@ -1,10 +1,10 @@
 #include "bench/generate.h"
 
+#include "core/civildate.h"
 #include "core/record.h"
 #include "posting/itemcalculation.h"
 
 #include <array>
-#include <chrono>
 #include <cstdio>
 #include <string>
 #include <string_view>
@@ -79,9 +79,8 @@ constexpr std::array kComments{"Barzahlung"sv,     "per Überweisung"sv, "Lastsc
 const posting::TaxRates kRates{19.0f, 7.0f, 0.0f};
 
 Date dateOf(int year, unsigned month, unsigned day, int secondsOfDay) {
-    using namespace std::chrono;
-    const sys_days d{std::chrono::year{year} / std::chrono::month{month} / std::chrono::day{day}};
-    const double unix = static_cast<double>(d.time_since_epoch().count()) * 86'400.0;
+    const double unix =
+        static_cast<double>(core::daysFromCivil(year, month, day) * core::kSecondsPerDay);
     return Date::fromUnix(unix + secondsOfDay);
 }
 

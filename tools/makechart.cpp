@@ -11,7 +11,9 @@
 #include "core/atomicfile.h"
 #include "core/keyedarchive.h"
 #include "core/record.h"
+#include "core/utf8.h"
 
+#include <algorithm>
 #include <iostream>
 #include <set>
 #include <string>
@@ -38,19 +40,9 @@ bool hasOuterBlanks(std::string_view s) {
 
 // True if `s` is well-formed UTF-8 without control characters.
 bool isCleanUtf8(std::string_view s) {
-    for (size_t i = 0; i < s.size();) {
-        auto c = static_cast<unsigned char>(s[i]);
-        size_t length = c < 0x80           ? 1
-                        : (c >> 5) == 0x6  ? 2
-                        : (c >> 4) == 0xE  ? 3
-                        : (c >> 3) == 0x1E ? 4
-                                           : 0;
-        if (length == 0 || i + length > s.size() || (length == 1 && c < 0x20)) return false;
-        for (size_t k = 1; k < length; ++k)
-            if ((static_cast<unsigned char>(s[i + k]) >> 6) != 0x2) return false;
-        i += length;
-    }
-    return true;
+    return core::isValidUtf8(s) && std::none_of(s.begin(), s.end(), [](char c) {
+               return static_cast<unsigned char>(c) < 0x20;
+           });
 }
 
 core::Result<std::vector<ChartLine>> parseChart(const std::string& text, const std::string& name) {

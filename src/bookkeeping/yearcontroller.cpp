@@ -1,6 +1,7 @@
 #include "bookkeeping/yearcontroller.h"
 
 #include "core/record.h"
+#include "core/utf8.h"
 #include "posting/choosertitles.h"
 #include "shell/session.h"
 
@@ -16,13 +17,6 @@ namespace {
 using core::Record;
 using core::RecordClass;
 using core::Value;
-
-/// Characters of a UTF-8 text, counted as code points.
-size_t characterCount(std::string_view text) {
-    return static_cast<size_t>(std::count_if(text.begin(), text.end(), [](char c) {
-        return (static_cast<unsigned char>(c) & 0xC0) != 0x80;
-    }));
-}
 
 } // namespace
 
@@ -130,7 +124,7 @@ void YearController::closeList() {
 }
 
 void YearController::closeForm(Form& form) {
-    if (characterCount(m_session.fields().text(form.chooser)) > 1) {
+    if (core::utf8CharacterCount(m_session.fields().text(form.chooser)) > 1) {
         // The help panel is attached to the form: it goes and comes back with it.
         m_session.services().ui.hideWindow(form.window);
         return;

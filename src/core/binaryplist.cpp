@@ -54,68 +54,6 @@ unsigned widthFor(uint64_t maxValue) {
 } // namespace
 
 // ---------------------------------------------------------------------------------------
-// UTF conversions
-
-std::u16string utf16FromUtf8(std::string_view s) {
-    std::u16string out;
-    out.reserve(s.size());
-    size_t i = 0;
-    while (i < s.size()) {
-        auto c = static_cast<unsigned char>(s[i]);
-        char32_t cp = 0xFFFD;
-        size_t len = 1;
-        if (c < 0x80) {
-            cp = c;
-        } else if ((c >> 5) == 0x6 && i + 1 < s.size()) {
-            cp = ((c & 0x1F) << 6) | (s[i + 1] & 0x3F);
-            len = 2;
-            if (cp < 0x80 || (static_cast<unsigned char>(s[i + 1]) >> 6) != 2) cp = 0xFFFD, len = 1;
-        } else if ((c >> 4) == 0xE && i + 2 < s.size()) {
-            cp = ((c & 0x0F) << 12) | ((s[i + 1] & 0x3F) << 6) | (s[i + 2] & 0x3F);
-            len = 3;
-            if (cp < 0x800 || (cp >= 0xD800 && cp <= 0xDFFF) ||
-                (static_cast<unsigned char>(s[i + 1]) >> 6) != 2 ||
-                (static_cast<unsigned char>(s[i + 2]) >> 6) != 2)
-                cp = 0xFFFD, len = 1;
-        } else if ((c >> 3) == 0x1E && i + 3 < s.size()) {
-            cp = ((c & 0x07) << 18) | ((s[i + 1] & 0x3F) << 12) | ((s[i + 2] & 0x3F) << 6) |
-                 (s[i + 3] & 0x3F);
-            len = 4;
-            if (cp < 0x10000 || cp > 0x10FFFF || (static_cast<unsigned char>(s[i + 1]) >> 6) != 2 ||
-                (static_cast<unsigned char>(s[i + 2]) >> 6) != 2 ||
-                (static_cast<unsigned char>(s[i + 3]) >> 6) != 2)
-                cp = 0xFFFD, len = 1;
-        }
-        if (cp >= 0x10000) {
-            cp -= 0x10000;
-            out += static_cast<char16_t>(0xD800 + (cp >> 10));
-            out += static_cast<char16_t>(0xDC00 + (cp & 0x3FF));
-        } else {
-            out += static_cast<char16_t>(cp);
-        }
-        i += len;
-    }
-    return out;
-}
-
-std::string utf8FromUtf16(std::u16string_view s) {
-    std::string out;
-    out.reserve(s.size());
-    for (size_t i = 0; i < s.size(); ++i) {
-        char32_t cp = s[i];
-        if (cp >= 0xD800 && cp <= 0xDBFF && i + 1 < s.size() && s[i + 1] >= 0xDC00 &&
-            s[i + 1] <= 0xDFFF) {
-            cp = 0x10000 + ((cp - 0xD800) << 10) + (s[i + 1] - 0xDC00);
-            ++i;
-        } else if (cp >= 0xD800 && cp <= 0xDFFF) {
-            cp = 0xFFFD;
-        }
-        appendUtf8(out, cp);
-    }
-    return out;
-}
-
-// ---------------------------------------------------------------------------------------
 // Reader
 
 Error BinaryPlistReader::error(const std::string& what) const {

@@ -115,10 +115,6 @@ class BinaryPlistWriter {
     std::vector<uint32_t> m_refs;
 };
 
-/// Converts UTF-8 to UTF-16 code units and back; invalid sequences become U+FFFD.
-[[nodiscard]] std::u16string utf16FromUtf8(std::string_view utf8);
-[[nodiscard]] std::string utf8FromUtf16(std::u16string_view utf16);
-
 } // namespace zifora::core
 
 namespace zifora::core {

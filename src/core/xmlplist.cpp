@@ -1,10 +1,11 @@
 #include "core/xmlplist.h"
 
+#include "core/base64.h"
+#include "core/civildate.h"
 #include "core/utf8.h"
 
 #include <algorithm>
 #include <charconv>
-#include <chrono>
 #include <cmath>
 #include <cstdint>
 #include <limits>
@@ -17,31 +18,6 @@ namespace {
 
 // ---------------------------------------------------------------------------------------
 // Characters
-
-struct Decoded {
-    char32_t codePoint = 0;
-    size_t length = 0; // 0: not a valid UTF-8 sequence
-};
-
-/// Decodes the UTF-8 sequence starting at `text[at]`, refusing overlong forms, surrogates and
-/// code points above U+10FFFF.
-Decoded decodeUtf8(std::string_view text, size_t at) {
-    auto byte = [&](size_t i) { return static_cast<unsigned char>(text[i]); };
-    unsigned char first = byte(at);
-    if (first < 0x80) return {first, 1};
-    size_t length = first >= 0xF0 ? 4 : first >= 0xE0 ? 3 : first >= 0xC0 ? 2 : 0;
-    if (length == 0 || first > 0xF4 || at + length > text.size()) return {};
-    char32_t cp = first & (0x7F >> length);
-    for (size_t i = 1; i < length; ++i) {
-        unsigned char next = byte(at + i);
-        if ((next & 0xC0) != 0x80) return {};
-        cp = (cp << 6) | (next & 0x3F);
-    }
-    static constexpr char32_t kSmallest[] = {0, 0, 0x80, 0x800, 0x10000};
-    if (cp < kSmallest[length] || cp > 0x10FFFF || (cp >= 0xD800 && cp <= 0xDFFF)) return {};
-    return {cp, length};
-}
-
 
 /// Characters an XML 1.0 document may contain as they stand.
 bool isXmlChar(char32_t cp) {
@@ -72,57 +48,7 @@ bool equalsIgnoringCase(std::string_view a, std::string_view b) {
 }
 
 // ---------------------------------------------------------------------------------------
-// Base64 and dates, as property lists write them
-
-constexpr std::string_view kBase64Alphabet =
-    "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
-
-std::string encodeBase64(std::string_view bytes) {
-    std::string out;
-    out.reserve((bytes.size() + 2) / 3 * 4);
-    for (size_t i = 0; i < bytes.size(); i += 3) {
-        uint32_t group = static_cast<unsigned char>(bytes[i]) << 16;
-        if (i + 1 < bytes.size()) group |= static_cast<unsigned char>(bytes[i + 1]) << 8;
-        if (i + 2 < bytes.size()) group |= static_cast<unsigned char>(bytes[i + 2]);
-        out += kBase64Alphabet[(group >> 18) & 63];
-        out += kBase64Alphabet[(group >> 12) & 63];
-        out += i + 1 < bytes.size() ? kBase64Alphabet[(group >> 6) & 63] : '=';
-        out += i + 2 < bytes.size() ? kBase64Alphabet[group & 63] : '=';
-    }
-    return out;
-}
-
-/// Decodes base64 with any white space in between; padding may be left out.
-std::optional<std::string> decodeBase64(std::string_view text) {
-    std::string out;
-    uint32_t group = 0;
-    int sextets = 0;
-    bool padding = false;
-    for (char c : text) {
-        if (isXmlSpace(c)) continue;
-        if (c == '=') {
-            padding = true;
-            continue;
-        }
-        size_t index = kBase64Alphabet.find(c);
-        if (index == std::string_view::npos || padding) return std::nullopt;
-        group = (group << 6) | static_cast<uint32_t>(index);
-        if (++sextets == 4) {
-            out += static_cast<char>((group >> 16) & 0xFF);
-            out += static_cast<char>((group >> 8) & 0xFF);
-            out += static_cast<char>(group & 0xFF);
-            group = 0;
-            sextets = 0;
-        }
-    }
-    if (sextets == 1) return std::nullopt;
-    if (sextets == 2) out += static_cast<char>((group >> 4) & 0xFF);
-    if (sextets == 3) {
-        out += static_cast<char>((group >> 10) & 0xFF);
-        out += static_cast<char>((group >> 2) & 0xFF);
-    }
-    return out;
-}
+// Dates, as property lists write them
 
 constexpr double kFirstWritableUnixSecond = -62135596800.0; // 0001-01-01T00:00:00Z
 constexpr double kLastWritableUnixSecond = 253402300799.0;  // 9999-12-31T23:59:59Z
@@ -130,30 +56,26 @@ constexpr double kLastWritableUnixSecond = 253402300799.0;  // 9999-12-31T23:59:
 std::optional<std::string> formatDate(Date date) {
     double unix = std::floor(date.unixSeconds());
     if (!(unix >= kFirstWritableUnixSecond && unix <= kLastWritableUnixSecond)) return std::nullopt;
-    using namespace std::chrono;
-    sys_seconds time{seconds{static_cast<int64_t>(unix)}};
-    sys_days day = floor<days>(time);
-    year_month_day ymd{day};
-    hh_mm_ss clock{time - day};
+    const CivilTime civil = civilFromUnixSeconds(static_cast<int64_t>(unix));
     char text[32];
-    auto two = [](char* at, long v) {
+    auto two = [](char* at, unsigned v) {
         at[0] = static_cast<char>('0' + v / 10);
         at[1] = static_cast<char>('0' + v % 10);
     };
-    int y = static_cast<int>(ymd.year());
+    const auto y = static_cast<unsigned>(civil.date.year); // 1 to 9999
     text[0] = static_cast<char>('0' + y / 1000);
     text[1] = static_cast<char>('0' + y / 100 % 10);
     two(text + 2, y % 100);
     text[4] = '-';
-    two(text + 5, static_cast<unsigned>(ymd.month()));
+    two(text + 5, civil.date.month);
     text[7] = '-';
-    two(text + 8, static_cast<unsigned>(ymd.day()));
+    two(text + 8, civil.date.day);
     text[10] = 'T';
-    two(text + 11, clock.hours().count());
+    two(text + 11, civil.hour);
     text[13] = ':';
-    two(text + 14, clock.minutes().count());
+    two(text + 14, civil.minute);
     text[16] = ':';
-    two(text + 17, static_cast<long>(clock.seconds().count()));
+    two(text + 17, civil.second);
     text[19] = 'Z';
     return std::string(text, 20);
 }
@@ -174,11 +96,9 @@ std::optional<Date> parseDate(std::string_view text) {
     auto y = number(0, 4), mo = number(5, 2), d = number(8, 2);
     auto h = number(11, 2), mi = number(14, 2), s = number(17, 2);
     if (!y || !mo || !d || !h || !mi || !s || *h > 23 || *mi > 59 || *s > 59) return std::nullopt;
-    using namespace std::chrono;
-    year_month_day ymd{year{*y}, month{static_cast<unsigned>(*mo)}, day{static_cast<unsigned>(*d)}};
-    if (!ymd.ok()) return std::nullopt;
-    int64_t unix =
-        sys_days{ymd}.time_since_epoch().count() * int64_t{86400} + *h * 3600 + *mi * 60 + *s;
+    const auto month = static_cast<unsigned>(*mo), day = static_cast<unsigned>(*d);
+    if (!isValidCivilDate(*y, month, day)) return std::nullopt;
+    int64_t unix = daysFromCivil(*y, month, day) * kSecondsPerDay + *h * 3600 + *mi * 60 + *s;
     return Date::fromUnix(static_cast<double>(unix));
 }
 
@@ -313,7 +233,7 @@ class Reader {
     /// The whole input must be UTF-8 made of XML characters.
     Result<void> checkCharacters() const {
         for (size_t i = 0; i < m_xml.size();) {
-            Decoded decoded = decodeUtf8(m_xml, i);
+            Utf8Character decoded = decodeUtf8(m_xml, i);
             if (decoded.length == 0) return failAt(i, "the text is not valid UTF-8");
             if (!isXmlChar(decoded.codePoint))
                 return failAt(i, "a character that XML does not allow");
@@ -746,7 +666,7 @@ class Writer {
         std::string escaped;
         escaped.reserve(text.size());
         for (size_t i = 0; i < text.size();) {
-            Decoded decoded = decodeUtf8(text, i);
+            Utf8Character decoded = decodeUtf8(text, i);
             if (decoded.length == 0) {
                 appendUtf8(escaped, 0xFFFD);
                 ++i;

@@ -1,10 +1,10 @@
 #include "posting/formatstring.h"
 
+#include "core/civildate.h"
 #include "core/record.h"
 
 #include <algorithm>
 #include <charconv>
-#include <chrono>
 #include <cmath>
 #include <cstdio>
 
@@ -40,18 +40,12 @@ std::string fixedNumber(double value, int decimals) {
 }
 
 std::string dateDescription(core::Date date) {
-    using namespace std::chrono;
     const auto seconds = static_cast<int64_t>(std::floor(date.unixSeconds()));
-    const sys_seconds point{std::chrono::seconds(seconds)};
-    const auto day = floor<days>(point);
-    const year_month_day ymd{day};
-    const hh_mm_ss<std::chrono::seconds> time{point - day};
+    const core::CivilTime civil = core::civilFromUnixSeconds(seconds);
     char buffer[64];
-    std::snprintf(buffer, sizeof buffer, "%04d-%02u-%02u %02ld:%02ld:%02ld +0000",
-                  static_cast<int>(ymd.year()), static_cast<unsigned>(ymd.month()),
-                  static_cast<unsigned>(ymd.day()), static_cast<long>(time.hours().count()),
-                  static_cast<long>(time.minutes().count()),
-                  static_cast<long>(time.seconds().count()));
+    std::snprintf(buffer, sizeof buffer, "%04lld-%02u-%02u %02u:%02u:%02u +0000",
+                  static_cast<long long>(civil.date.year), civil.date.month, civil.date.day,
+                  civil.hour, civil.minute, civil.second);
     return buffer;
 }
 

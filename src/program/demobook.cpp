@@ -1,6 +1,8 @@
 #include "program/demobook.h"
 
+#include "core/civildate.h"
 #include "core/settings.h"
+#include "core/utf8.h"
 #include "posting/itemcalculation.h"
 #include "posting/numberformat.h"
 #include "program/headlessprogram.h"
@@ -10,6 +12,7 @@
 
 #include <array>
 #include <cstdio>
+#include <cstdlib>
 #include <filesystem>
 #include <sstream>
 
@@ -29,7 +32,6 @@ constexpr uint64_t kSeed = 20250101;
 constexpr std::array<const char*, 12> kMonths{"Januar",    "Februar", "März",     "April",
                                               "Mai",       "Juni",    "Juli",     "August",
                                               "September", "Oktober", "November", "Dezember"};
-constexpr std::array<int, 12> kDaysInMonth{31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
 
 constexpr std::array<const char*, 11> kCategories{
     "Honorare", "Lizenzen", "Vorträge & Workshops",      "Büro", "Technik",  "Reisen",
@@ -118,9 +120,7 @@ std::string typedAmount(int64_t cents) {
 }
 
 std::string padded(const std::string& text, size_t width, bool right) {
-    size_t shown = 0; // characters, not bytes
-    for (unsigned char c : text)
-        if ((c & 0xC0) != 0x80) ++shown;
+    const size_t shown = core::utf8CharacterCount(text);
     const std::string fill(shown < width ? width - shown : 0, ' ');
     return right ? fill + text : text + fill;
 }
@@ -213,7 +213,8 @@ class DemoBookMaker {
     std::vector<Posting> randomPostings(int month) {
         std::vector<Posting> out;
         DemoRandom& r = m_random;
-        const int days = kDaysInMonth[static_cast<size_t>(month - 1)];
+        const auto days =
+            static_cast<int>(core::daysInMonth(std::atoi(kYear), static_cast<unsigned>(month)));
         for (int i = r.between(5, 8); i > 0; --i) {
             Posting p = income(kProjects[static_cast<size_t>(r.between(0, 9))],
                                r.between(5, 40) * 5000, 1, "4400", "Honorare", r.between(1, days));

@@ -1,7 +1,9 @@
 #include "shell/jsondump.h"
 
-#include "core/binaryplist.h"
+#include "core/base64.h"
+#include "core/civildate.h"
 #include "core/record.h"
+#include "core/utf8.h"
 
 #include <nlohmann/json.hpp>
 
@@ -20,19 +22,6 @@ using Json = nlohmann::ordered_json;
 
 namespace {
 
-bool isValidUtf8(std::string_view s) {
-    size_t i = 0;
-    while (i < s.size()) {
-        auto c = static_cast<unsigned char>(s[i]);
-        size_t len = c < 0x80 ? 1 : (c >> 5) == 6 ? 2 : (c >> 4) == 14 ? 3 : (c >> 3) == 30 ? 4 : 0;
-        if (len == 0 || i + len > s.size()) return false;
-        for (size_t k = 1; k < len; ++k)
-            if ((static_cast<unsigned char>(s[i + k]) >> 6) != 2) return false;
-        i += len;
-    }
-    return true;
-}
-
 std::string shortestFloat(float f) {
     if (std::isnan(f)) return "\"nan\"";
     if (std::isinf(f)) return f > 0 ? "\"inf\"" : "\"-inf\"";
@@ -47,69 +36,6 @@ std::string shortestDouble(double d) {
     char buf[64];
     auto r = std::to_chars(buf, buf + sizeof buf, d);
     return std::string(buf, r.ptr);
-}
-
-constexpr char kBase64[] = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
-
-std::string base64(std::string_view in) {
-    std::string out;
-    size_t i = 0;
-    while (i + 2 < in.size()) {
-        uint32_t n = (static_cast<unsigned char>(in[i]) << 16) |
-                     (static_cast<unsigned char>(in[i + 1]) << 8) | static_cast<unsigned char>(in[i + 2]);
-        for (int k = 3; k >= 0; --k) out += kBase64[(n >> (6 * k)) & 63];
-        i += 3;
-    }
-    if (i < in.size()) {
-        uint32_t n = static_cast<unsigned char>(in[i]) << 16;
-        if (i + 1 < in.size()) n |= static_cast<unsigned char>(in[i + 1]) << 8;
-        out += kBase64[(n >> 18) & 63];
-        out += kBase64[(n >> 12) & 63];
-        out += i + 1 < in.size() ? kBase64[(n >> 6) & 63] : '=';
-        out += '=';
-    }
-    return out;
-}
-
-core::Result<std::string> unbase64(std::string_view in) {
-    std::string out;
-    uint32_t acc = 0;
-    int bits = 0;
-    for (char c : in) {
-        if (c == '=') break;
-        const char* p = std::strchr(kBase64, c);
-        if (!p || c == '\0') return core::fail("data is not valid base64");
-        acc = (acc << 6) | static_cast<uint32_t>(p - kBase64);
-        bits += 6;
-        if (bits >= 8) {
-            bits -= 8;
-            out += static_cast<char>((acc >> bits) & 0xFF);
-        }
-    }
-    return out;
-}
-
-// Days since 1970-01-01 of a civil date, and back (proleptic Gregorian).
-int64_t daysFromCivil(int64_t y, unsigned m, unsigned d) {
-    y -= m <= 2;
-    const int64_t era = (y >= 0 ? y : y - 399) / 400;
-    const auto yoe = static_cast<unsigned>(y - era * 400);
-    const unsigned doy = (153 * (m > 2 ? m - 3 : m + 9) + 2) / 5 + d - 1;
-    const unsigned doe = yoe * 365 + yoe / 4 - yoe / 100 + doy;
-    return era * 146097 + static_cast<int64_t>(doe) - 719468;
-}
-
-void civilFromDays(int64_t z, int64_t& y, unsigned& m, unsigned& d) {
-    z += 719468;
-    const int64_t era = (z >= 0 ? z : z - 146096) / 146097;
-    const auto doe = static_cast<unsigned>(z - era * 146097);
-    const unsigned yoe = (doe - doe / 1460 + doe / 36524 - doe / 146096) / 365;
-    y = static_cast<int64_t>(yoe) + era * 400;
-    const unsigned doy = doe - (365 * yoe + yoe / 4 - yoe / 100);
-    const unsigned mp = (5 * doy + 2) / 153;
-    d = doy - (153 * mp + 2) / 5 + 1;
-    m = mp < 10 ? mp + 3 : mp - 9;
-    y += m <= 2;
 }
 
 class Writer {
@@ -199,7 +125,7 @@ class Writer {
         case Kind::Record: record(*v.asRecord()); return;
         case Kind::String: out += "{\"string\":"; appendJsonString(out, v.text()); break;
         case Kind::Image: out += "{\"image\":"; appendJsonString(out, v.text()); break;
-        case Kind::Data: out += "{\"data\":\"" + base64(v.text()) + "\""; break;
+        case Kind::Data: out += "{\"data\":\"" + core::encodeBase64(v.text()) + "\""; break;
         case Kind::Float: out += "{\"float\":" + shortestFloat(v.asFloat()); break;
         case Kind::Double: out += "{\"double\":" + shortestDouble(v.asDouble()); break;
         case Kind::Int: out += "{\"int\":" + std::to_string(v.asInt()); break;
@@ -306,8 +232,8 @@ core::Result<Value> readTagged(const Json& j, const std::string& where) {
     }
     if (tag == "data") {
         if (!x.is_string()) return core::fail(where + ": base64 text is expected");
-        auto bytes = unbase64(x.get<std::string>());
-        if (!bytes) return core::fail(where + ": " + bytes.error().message);
+        auto bytes = core::decodeBase64(x.get<std::string>());
+        if (!bytes) return core::fail(where + ": data is not valid base64");
         return Value::data(*bytes);
     }
     if (tag == "float") {
@@ -397,8 +323,8 @@ Json parseJson(std::string_view text, std::string& error) {
 
 void appendJsonString(std::string& out, std::string_view text) {
     std::string repaired;
-    if (!isValidUtf8(text)) {
-        repaired = core::utf8FromUtf16(core::utf16FromUtf8(text));
+    if (!core::isValidUtf8(text)) {
+        repaired = core::repairedUtf8(text);
         text = repaired;
     }
     out += '"';
@@ -429,16 +355,12 @@ std::string isoDate(core::Date date) {
     if (!std::isfinite(t) || t < -63113904000.0 || t >= 252423993600.0) return {};
     double whole = std::floor(t);
     double fraction = t - whole;
-    auto seconds = static_cast<int64_t>(whole) + static_cast<int64_t>(core::Date::kUnixOffset);
-    int64_t days = seconds >= 0 ? seconds / 86400 : (seconds - 86399) / 86400;
-    int64_t rest = seconds - days * 86400;
-    int64_t y = 0;
-    unsigned m = 0, d = 0;
-    civilFromDays(days, y, m, d);
+    const core::CivilTime civil = core::civilFromUnixSeconds(
+        static_cast<int64_t>(whole) + static_cast<int64_t>(core::Date::kUnixOffset));
     char buf[64];
-    std::snprintf(buf, sizeof buf, "%04lld-%02u-%02uT%02lld:%02lld:%02lld", static_cast<long long>(y),
-                  m, d, static_cast<long long>(rest / 3600), static_cast<long long>(rest / 60 % 60),
-                  static_cast<long long>(rest % 60));
+    std::snprintf(buf, sizeof buf, "%04lld-%02u-%02uT%02u:%02u:%02u",
+                  static_cast<long long>(civil.date.year), civil.date.month, civil.date.day,
+                  civil.hour, civil.minute, civil.second);
     std::string out = buf;
     // The fraction is written exactly (shortest form that reads back to the same double),
     // with at least three digits.
@@ -468,8 +390,8 @@ core::Result<core::Date> parseIsoDate(std::string_view text) {
     }
     if (rest != "Z" && rest != "+00:00" && !rest.empty())
         return core::fail("\"" + str + "\" must be given in UTC (ending in Z)");
-    int64_t days = daysFromCivil(y, static_cast<unsigned>(mo), static_cast<unsigned>(d));
-    int64_t unix = days * 86400 + h * 3600 + mi * 60 + s;
+    int64_t days = core::daysFromCivil(y, static_cast<unsigned>(mo), static_cast<unsigned>(d));
+    int64_t unix = days * core::kSecondsPerDay + h * 3600 + mi * 60 + s;
     auto whole = static_cast<double>(unix - static_cast<int64_t>(core::Date::kUnixOffset));
     return core::Date{whole + fraction};
 }

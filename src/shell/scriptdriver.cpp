@@ -5,6 +5,7 @@
 
 #include <nlohmann/json.hpp>
 
+#include <algorithm>
 #include <chrono>
 #include <filesystem>
 #include <fstream>
@@ -95,19 +96,31 @@ ScriptDriver::ScriptDriver(Session& session, HeadlessServices& services)
             m_services.log.emit("{\"dump\":" + dumpJson(m_session.book().databaseRoot()) + "}");
             return {};
         }
-        if (verb == "dumpSettings") {
-            std::string json = "{\"settings\":{";
-            bool first = true;
-            for (const auto& [key, value] : m_session.settings().all()) {
-                if (!first) json += ',';
-                first = false;
-                appendJsonString(json, key);
-                json += ':' + taggedJson(value);
-            }
-            m_services.log.emit(json + "}}");
-            return {};
-        }
+        if (verb == "dumpSettings") return dumpSettings(arg);
         return "unbekannter Befehl \"" + verb + "\"";
+    }
+
+    // `true` (or any other value but a list) prints the whole store; a list of keys prints
+    // those keys in its order, each once, a key not in the store as null (absent).
+    std::string ScriptDriver::dumpSettings(const Json& arg) {
+        std::vector<std::string> keys;
+        if (arg.is_array()) {
+            for (const Json& key : arg) {
+                if (!key.is_string()) return "dumpSettings: die Schlüssel sind Texte, nicht " + key.dump();
+                if (std::find(keys.begin(), keys.end(), key.get<std::string>()) == keys.end())
+                    keys.push_back(key.get<std::string>());
+            }
+        } else {
+            for (const auto& [key, value] : m_session.settings().all()) keys.push_back(key);
+        }
+        std::string json = "{\"settings\":{";
+        for (size_t i = 0; i < keys.size(); ++i) {
+            if (i) json += ',';
+            appendJsonString(json, keys[i]);
+            json += ':' + taggedJson(m_session.settings().get(keys[i])); // absent: null
+        }
+        m_services.log.emit(json + "}}");
+        return {};
     }
 
     std::string ScriptDriver::select(const Json& arg) {

@@ -1,5 +1,6 @@
 #include "core/keyedarchive.h"
 #include "core/record.h"
+#include "core/utf8.h"
 #include "shell/jsondump.h"
 
 #include <gtest/gtest.h>
@@ -74,4 +75,28 @@ TEST(JsonDump, LoadRefusesMalformedInputWithItsPlace) {
     EXPECT_FALSE(shell::loadTaggedJson(R"({"int":3000000000})").has_value());
     EXPECT_FALSE(shell::loadTaggedJson(R"({"integer":18446744073709551615})").has_value());
     EXPECT_TRUE(shell::loadTaggedJson(R"({"integer":-9223372036854775808})").has_value());
+}
+
+TEST(JsonDump, TextThatIsNotUtf8IsDumpedAsReplacementCharacters) {
+    // Bytes an archive may hold in a text of single-byte characters: Latin-1, an encoded
+    // surrogate and an overlong form. The dump stays UTF-8 and reads back.
+    for (std::string_view bytes : {"M\xFCller", "a\xED\xA0\x80z", "\xC0\xAF", "\xF4\x90\x80\x80"}) {
+        const std::string json = shell::taggedJson(Value::string(std::string(bytes)));
+        auto back = shell::loadTaggedJson(json);
+        ASSERT_TRUE(back.has_value()) << json;
+        EXPECT_EQ(back->text(), core::repairedUtf8(bytes));
+    }
+    EXPECT_EQ(shell::taggedJson(Value::string("a\xED\xA0\x80z")),
+              "{\"string\":\"a\uFFFD\uFFFD\uFFFDz\"}");
+}
+
+TEST(JsonDump, DataIsBase64) {
+    const std::string bytes("\x01\xff\x00", 3);
+    EXPECT_EQ(shell::taggedJson(Value::data(bytes)), "{\"data\":\"Af8A\"}");
+    EXPECT_EQ(shell::loadTaggedJson(R"({"data":"Af8A"})")->text(), bytes);
+    EXPECT_EQ(shell::loadTaggedJson(R"({"data":"Af8"})")->text(), "\x01\xff");
+    EXPECT_EQ(shell::loadTaggedJson(R"({"data":"Af8A\nAQ=="})")->text(), bytes + "\x01");
+    EXPECT_FALSE(shell::loadTaggedJson(R"({"data":"AQ==AQ=="})").has_value());
+    EXPECT_FALSE(shell::loadTaggedJson(R"({"data":"Af8AA"})").has_value());
+    EXPECT_FALSE(shell::loadTaggedJson(R"({"data":"Af-_"})").has_value());
 }
