@@ -60,6 +60,8 @@ QString itemHelpText() {
         "die Bruttosumme.</li>"
         "<li>Enthält der Betrag Umsatzsteuer, kreuze <b>Umsatzsteuer</b> an und wähle den "
         "Steuersatz.</li>"
+        "<li>Das Datum tippst du als Tag.Monat.Jahr ein, etwa 15.01.2025, 15.1.25 oder nur "
+        "15.01. für das Jahr, das schon dasteht.</li>"
         "<li>Gib eine Bezeichnung ein: Ohne sie lässt sich der Posten nicht sichern.</li>"
         "<li>Konto und Kategorie sind freiwillig. Die Kontonummer kannst du eintippen und mit "
         "der Eingabetaste prüfen lassen.</li></ol>"
