@@ -239,6 +239,7 @@ class FormsTest : public QObject {
     void theTaxChoicesCarryTheRatesOfTheSettings();
     void thePanelSplitsSearchesAndHoldsTheDatevData();
     void aTypedDateIsReadAsDayMonthAndYear();
+    void aTypedSumIsANumberInGermanNotation();
     void screenshots();
 
   private:
@@ -672,6 +673,38 @@ void FormsTest::aTypedDateIsReadAsDayMonthAndYear() {
     auto* view = static_cast<gui::DateView*>(sheet->popover()->view(gui::MultiPopover::DateTag));
     QCOMPARE(view->calendar()->selectedDate(), QDate(2025, 2, 28));
     press(Qt::Key_Escape);
+    press(Qt::Key_Escape);
+    QVERIFY(!sheet->isVisible());
+}
+
+void FormsTest::aTypedSumIsANumberInGermanNotation() {
+    Program& p = *m_program;
+    p.addBook();
+    gui::ItemSheet* sheet = openNewItem();
+    QVERIFY(sheet);
+    chooseKind(sheet, "expenseButton");
+    auto* sum = child<QLineEdit>(sheet, "sumField");
+    typeInto(sum, "119,5");
+    press(Qt::Key_Tab);
+    QCOMPARE(p.item()->getText("amount"), "119.5");
+
+    // What a C library would also read as a number is no sum here.
+    for (const char* typed : {"5e3", "1,5E2", "0x10", "inf", "nan", "12,5 €"}) {
+        typeInto(sum, QString::fromUtf8(typed));
+        press(Qt::Key_Tab);
+        QCOMPARE(p.alerts.take(), QStringList{QStringLiteral("„%1“ ist keine gültige Summe. Bitte "
+                                                             "gib einen positiven Betrag ein, zum "
+                                                             "Beispiel 119,50.")
+                                                  .arg(QString::fromUtf8(typed))});
+        QCOMPARE(p.item()->getText("amount"), "119.5");
+        QTRY_COMPARE(QApplication::focusWidget(), sum);
+    }
+    typeInto(sum, "1.234,56");
+    press(Qt::Key_Tab);
+    QCOMPARE(p.item()->getText("amount"), "1234.56");
+    QTRY_COMPARE(p.item()->getFloat("finalAmount"), -1234.56f);
+    QCOMPARE(sum->text(), QStringLiteral("1.234,56")); // what was typed stands
+    QVERIFY(p.alerts.take().isEmpty());
     press(Qt::Key_Escape);
     QVERIFY(!sheet->isVisible());
 }
