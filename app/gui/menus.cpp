@@ -40,7 +40,6 @@ constexpr MenuEntry kEntries[] = {
     {"&Posten", "ArrayControllerItem.remove:", "Posten löschen …", "Del"},
     {"&Posten", "selectPrevious:", "Vorheriger Posten", "Ctrl+Up"},
     {"&Posten", "selectNext:", "Nächster Posten", "Ctrl+Down"},
-    {"&Posten", "setToday:", "Datum auf heute setzen", "Ctrl+T"},
     {"&Stammdaten", "addAccount:", "Neues Konto", ""},
     {"&Stammdaten", "removeAccount:", "Konto löschen …", ""},
     {"&Stammdaten", "addGroup:", "Neue Kategorie", ""},
@@ -94,6 +93,9 @@ const std::set<std::string> kInternal{
     "closeSheetAccount:", "cancelSheetAccount:", "closeSheetEntry:", "cancelSheetEntry:",
     // The search field's panel belongs to the search, which is not part of this version.
     "showSearchPopover:",
+    // The date of today is the open item form's (its date panel and Ctrl+T): from the main
+    // window it would re-date the selected item without a word.
+    "setToday:",
 };
 
 } // namespace

@@ -16,6 +16,7 @@
 #include "shell/app.h"
 
 #include <QAbstractItemModel>
+#include <QAction>
 #include <QApplication>
 #include <QCalendarWidget>
 #include <QCheckBox>
@@ -240,6 +241,7 @@ class FormsTest : public QObject {
     void thePanelSplitsSearchesAndHoldsTheDatevData();
     void aTypedDateIsReadAsDayMonthAndYear();
     void aTypedSumIsANumberInGermanNotation();
+    void ctrlTSetsTodayInTheItemFormOnly();
     void screenshots();
 
   private:
@@ -707,6 +709,41 @@ void FormsTest::aTypedSumIsANumberInGermanNotation() {
     QVERIFY(p.alerts.take().isEmpty());
     press(Qt::Key_Escape);
     QVERIFY(!sheet->isVisible());
+}
+
+void FormsTest::ctrlTSetsTodayInTheItemFormOnly() {
+    Program& p = *m_program;
+    p.addBook();
+    auto made = Record::make(RecordClass::Item, p.clock.now());
+    made->set("title", Value::string("Miete März"));
+    made->set("kind", Value::intValue(1));
+    made->set("amount", Value::string("500"));
+    made->set("date", Value::date(gui::fromQDateTime(QDateTime(QDate(2025, 3, 10), QTime(9, 30)))));
+    p.app.selection().items.add(made);
+    p.window.refresh();
+    QCOMPARE(p.item(), made.get());
+
+    // The main window offers no such key: the selected item keeps its date.
+    QVERIFY(QTest::qWaitForWindowActive(&p.window));
+    p.window.itemView()->setFocus();
+    press(Qt::Key_T, Qt::ControlModifier);
+    QCOMPARE(itemDay(), QDate(2025, 3, 10));
+    for (const QAction* action : p.window.findChildren<QAction*>())
+        QVERIFY2(action->shortcut() != QKeySequence(QStringLiteral("Ctrl+T")),
+                 qPrintable(action->text()));
+    QVERIFY(p.app.commands().contains("setToday:")); // scripts still reach it
+
+    // In the open form it sets today's date.
+    p.command("editItem:");
+    gui::ItemSheet* sheet = p.forms.itemSheet();
+    QVERIFY(shownActive(sheet));
+    press(Qt::Key_T, Qt::ControlModifier);
+    QTRY_COMPARE(itemDay(), QDate::currentDate());
+    QCOMPARE(child<gui::DateField>(sheet, "datePicker")->text(),
+             gui::dateFieldText(QDate::currentDate()));
+    press(Qt::Key_Return);
+    QVERIFY(!sheet->isVisible());
+    QVERIFY(p.alerts.take().isEmpty());
 }
 
 void FormsTest::screenshots() {

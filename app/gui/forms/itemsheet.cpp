@@ -19,6 +19,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QShortcut>
 #include <QToolButton>
 #include <QVBoxLayout>
 
@@ -478,6 +479,13 @@ void ItemSheet::connectButtons() {
             m_kind->firstSegment()->setFocus();
     });
     connect(m_ok, &QPushButton::clicked, this, [this] { m_binder->run("closeItemSheet:"); });
+    // The date of today belongs to the open form, as the date panel's button does.
+    auto* today = new QShortcut(QKeySequence(QStringLiteral("Ctrl+T")), this);
+    today->setObjectName(QStringLiteral("todayShortcut"));
+    connect(today, &QShortcut::activated, this, [this] {
+        m_date->revert(); // today's date takes the place of one being typed
+        m_binder->run("setToday:");
+    });
 }
 
 void ItemSheet::openPopover(int tag, QWidget* anchor) {
