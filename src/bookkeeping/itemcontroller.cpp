@@ -46,7 +46,9 @@ void ItemController::registerCommands() {
           [this](const CommandSender&) { selectAccountSearchSheet(); });
     c.add(shell::menuCommand("selectNext:", "Nächster Posten", shell::Menu::Items, 70, "Ctrl+Down"), [this](const CommandSender&) { selectNext(); });
     c.add(shell::menuCommand("selectPrevious:", "Vorheriger Posten", shell::Menu::Items, 60, "Ctrl+Up"), [this](const CommandSender&) { selectPrevious(); });
-    c.add(shell::menuCommand("setToday:", "Datum auf heute setzen", shell::Menu::Items, 80), [this](const CommandSender&) { setToday(); });
+    // The date of today is the open item form's (its date panel and Ctrl+T): from the main
+    // window it would re-date the selected item without a word.
+    c.add("setToday:", [this](const CommandSender&) { setToday(); });
     c.add("calculateItem:", [this](const CommandSender&) { calculateItem(); });
 }
 

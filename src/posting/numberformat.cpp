@@ -5,9 +5,7 @@
 
 #include <unicode/dcfmtsym.h>
 #include <unicode/decimfmt.h>
-#include <unicode/fmtable.h>
 #include <unicode/numfmt.h>
-#include <unicode/parsepos.h>
 
 #include <charconv>
 #include <cmath>
@@ -85,6 +83,91 @@ std::optional<float> floatFromDecimal(std::string_view decimal) {
     if (error != std::errc{} || end != decimal.data() + decimal.size()) return std::nullopt;
     if (!std::isfinite(value)) return std::nullopt;
     return value;
+}
+
+// The signs a typed number of a locale may use, as UTF-8.
+struct NumberSigns {
+    std::string decimal;
+    std::vector<std::string> groups;
+    std::vector<std::string> minus;
+    std::vector<std::string> plus;
+};
+
+NumberSigns numberSigns(std::string_view localeName) {
+    NumberSigns signs{".", {","}, {"-"}, {"+"}};
+    UErrorCode status = U_ZERO_ERROR;
+    const icu::DecimalFormatSymbols symbols(icuLocale(localeName, LocaleCategory::Numbers), status);
+    if (U_FAILURE(status)) return signs;
+    using Symbol = icu::DecimalFormatSymbols::ENumberFormatSymbol;
+    auto symbol = [&symbols](Symbol which) { return toUtf8(symbols.getSymbol(which)); };
+    signs.decimal = symbol(icu::DecimalFormatSymbols::kDecimalSeparatorSymbol);
+    signs.groups = {symbol(icu::DecimalFormatSymbols::kGroupingSeparatorSymbol)};
+    // Where the group sign is a space of its own (French: U+202F), a typed blank or
+    // no-break space is taken for it.
+    if (signs.groups.front() == "\u202f" || signs.groups.front() == "\u00a0")
+        signs.groups.insert(signs.groups.end(), {"\u202f", "\u00a0", " "});
+    for (auto [list, which] :
+         {std::pair{&signs.minus, icu::DecimalFormatSymbols::kMinusSignSymbol},
+          std::pair{&signs.plus, icu::DecimalFormatSymbols::kPlusSignSymbol}}) {
+        const std::string own = symbol(which);
+        if (!own.empty() && own != list->front()) list->push_back(own);
+    }
+    return signs;
+}
+
+// The length of the sign of `list` that `text` begins with, 0 for none.
+size_t signAt(std::string_view text, const std::vector<std::string>& list) {
+    for (const std::string& sign : list)
+        if (!sign.empty() && text.starts_with(sign)) return sign.size();
+    return 0;
+}
+
+// A typed number in the locale's notation, as the plain text from_chars reads ("-1234.56"):
+// an optional leading sign, digits with the locale's group signs between groups of three,
+// and a decimal sign with digits on at least one side. Anything else gives nothing, so no
+// exponent ("5e3"), no other base ("0x10"), no "inf", "nan" or "∞", no second sign and no
+// text after the number.
+std::optional<std::string> plainDecimalOf(std::string_view text, const NumberSigns& signs) {
+    std::string plain;
+    if (const size_t minus = signAt(text, signs.minus)) {
+        plain = "-";
+        text.remove_prefix(minus);
+    } else {
+        text.remove_prefix(signAt(text, signs.plus));
+    }
+    std::vector<size_t> groupLengths{0};
+    size_t integerDigits = 0;
+    while (!text.empty()) {
+        if (text.front() >= '0' && text.front() <= '9') {
+            plain += text.front();
+            ++groupLengths.back();
+            ++integerDigits;
+            text.remove_prefix(1);
+        } else if (const size_t group = signAt(text, signs.groups)) {
+            groupLengths.push_back(0);
+            text.remove_prefix(group);
+        } else {
+            break;
+        }
+    }
+    if (groupLengths.size() > 1) {
+        if (groupLengths.front() == 0 || groupLengths.front() > 3) return std::nullopt;
+        for (size_t i = 1; i < groupLengths.size(); ++i)
+            if (groupLengths[i] != 3) return std::nullopt;
+    }
+    size_t fractionDigits = 0;
+    if (text.starts_with(signs.decimal)) {
+        text.remove_prefix(signs.decimal.size());
+        plain += '.';
+        while (!text.empty() && text.front() >= '0' && text.front() <= '9') {
+            plain += text.front();
+            ++fractionDigits;
+            text.remove_prefix(1);
+        }
+    }
+    if (!text.empty() || integerDigits + fractionDigits == 0) return std::nullopt;
+    if (integerDigits == 0) plain.insert(plain.starts_with('-') ? 1 : 0, "0");
+    return plain;
 }
 
 } // namespace
@@ -194,24 +277,12 @@ std::string percentStringFromNumber(const core::Value& value) {
 std::optional<float> parseLocalizedAmount(std::string_view text, std::string_view localeName) {
     const std::string_view trimmed = trimmedBlanks(text);
     if (trimmed.empty()) return std::nullopt;
-    UErrorCode status = U_ZERO_ERROR;
-    std::unique_ptr<icu::NumberFormat> format(icu::NumberFormat::createInstance(
-        icuLocale(localeName, LocaleCategory::Numbers), UNUM_DECIMAL, status));
-    if (U_FAILURE(status)) return std::nullopt;
-    std::string typed(trimmed);
-    if (const auto* decimal = dynamic_cast<icu::DecimalFormat*>(format.get())) {
-        const auto& symbols = *decimal->getDecimalFormatSymbols();
-        if (symbols.getSymbol(icu::DecimalFormatSymbols::kDecimalSeparatorSymbol) == u",")
-            typed = withPointAsDecimalComma(trimmed);
-    }
-    const icu::UnicodeString input = fromUtf8(typed);
-    icu::Formattable number;
-    icu::ParsePosition position(0);
-    format->parse(input, number, position);
-    if (position.getErrorIndex() >= 0 || position.getIndex() != input.length()) return std::nullopt;
-    const icu::StringPiece decimal = number.getDecimalNumber(status);
-    if (U_FAILURE(status)) return std::nullopt;
-    return floatFromDecimal(std::string_view(decimal.data(), static_cast<size_t>(decimal.size())));
+    const NumberSigns signs = numberSigns(localeName);
+    const std::string typed =
+        signs.decimal == "," ? withPointAsDecimalComma(trimmed) : std::string(trimmed);
+    const std::optional<std::string> plain = plainDecimalOf(typed, signs);
+    if (!plain) return std::nullopt;
+    return floatFromDecimal(*plain);
 }
 
 } // namespace zifora::posting

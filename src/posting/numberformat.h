@@ -86,11 +86,13 @@ class AmountFormats {
 [[nodiscard]] std::string percentStringFromNumber(const core::Value& value);
 
 /// A typed amount in the locale's own notation, as the form's sum field takes it:
-/// "1.234,56" and "119,5" under German. Blanks around the text are ignored. Under a locale
-/// with a decimal comma, a text without a comma and with one point followed by one, two or
-/// more than three digits takes the point as the decimal sign ("119.5"), while "1.234" stays
-/// one thousand two hundred thirty-four. Gives nothing for an empty text, for anything that
-/// is not wholly a number, and for values beyond the float range.
+/// "1.234,56", "119,5" and "-3" under German. Blanks around the text are ignored. Under a
+/// locale with a decimal comma, a text without a comma and with one point followed by one,
+/// two or more than three digits takes the point as the decimal sign ("119.5"), while
+/// "1.234" stays one thousand two hundred thirty-four. Group signs stand between groups of
+/// three digits only. Gives nothing for an empty text, for anything that is not wholly such
+/// a number (exponents as in "5e3", hexadecimal, "inf", "nan", other letters or signs), and
+/// for values beyond the float range.
 [[nodiscard]] std::optional<float> parseLocalizedAmount(std::string_view text,
                                                         std::string_view localeName = {});
 

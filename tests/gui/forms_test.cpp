@@ -2,6 +2,8 @@
 // and answered as they come up, the records checked afterwards.
 
 #include "forms/choosersheet.h"
+#include "forms/datefield.h"
+#include "forms/formbinder.h"
 #include "forms/formsheets.h"
 #include "forms/itemsheet.h"
 #include "forms/multipopover.h"
@@ -15,7 +17,9 @@
 #include "shell/session.h"
 
 #include <QAbstractItemModel>
+#include <QAction>
 #include <QApplication>
+#include <QCalendarWidget>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QDir>
@@ -238,9 +242,16 @@ class FormsTest : public QObject {
     void anEditedItemSteppsThroughTheListAndCannotBeCancelled();
     void theTaxChoicesCarryTheRatesOfTheSettings();
     void thePanelSplitsSearchesAndHoldsTheDatevData();
+    void aTypedDateIsReadAsDayMonthAndYear();
+    void aTypedSumIsANumberInGermanNotation();
+    void ctrlTSetsTodayInTheItemFormOnly();
     void screenshots();
 
   private:
+    /// The day of the selected item's date, as the form shows it.
+    QDate itemDay() { return itemMoment().date(); }
+    QDateTime itemMoment() { return gui::toQDateTime(m_program->item()->get("date").asDate()); }
+
     gui::ItemSheet* openNewItem() {
         m_program->command("addItem:");
         gui::ItemSheet* sheet = m_program->forms.itemSheet();
@@ -590,6 +601,149 @@ void FormsTest::thePanelSplitsSearchesAndHoldsTheDatevData() {
     QTRY_COMPARE(child<QLabel>(sheet, "algebraicField")->text(), QStringLiteral("-"));
     QCOMPARE(sheet->kindChoice()->chosen(), 1);
     QCOMPARE(child<QLineEdit>(sheet, "titleField")->text(), QStringLiteral("Miete Büro"));
+    press(Qt::Key_Return);
+    QVERIFY(!sheet->isVisible());
+    QVERIFY(p.alerts.take().isEmpty());
+}
+
+void FormsTest::aTypedDateIsReadAsDayMonthAndYear() {
+    Program& p = *m_program;
+    p.addBook();
+    gui::ItemSheet* sheet = openNewItem();
+    QVERIFY(sheet);
+    auto* date = child<gui::DateField>(sheet, "datePicker");
+    const QTime time = itemMoment().time();
+    QCOMPARE(date->text(), gui::dateFieldText(itemDay()));
+
+    // From the choice of the kind the keyboard comes to the date; typed key by key, the date
+    // is taken as a whole when editing ends, at the time of day the item had.
+    QCOMPARE(QApplication::focusWidget(), sheet->kindChoice()->firstSegment());
+    press(Qt::Key_Tab);
+    press(Qt::Key_Tab);
+    QCOMPARE(QApplication::focusWidget(), date);
+    typeText(date, "15.01.2025");
+    press(Qt::Key_Tab);
+    QCOMPARE(itemDay(), QDate(2025, 1, 15));
+    QCOMPARE(itemMoment().time(), time);
+    QCOMPARE(date->text(), QStringLiteral("15.01.2025"));
+
+    // Short forms: a two-digit year, parts left out, digits alone.
+    const std::pair<const char*, QDate> typings[] = {{"3.2.25", QDate(2025, 2, 3)},
+                                                     {"15.01.", QDate(2025, 1, 15)},
+                                                     {"28", QDate(2025, 1, 28)},
+                                                     {"311224", QDate(2024, 12, 31)},
+                                                     {"1.1.2025", QDate(2025, 1, 1)}};
+    for (const auto& [typed, day] : typings) {
+        typeInto(date, QString::fromLatin1(typed));
+        press(Qt::Key_Tab);
+        QCOMPARE(itemDay(), day);
+        QCOMPARE(date->text(), gui::dateFieldText(day));
+    }
+
+    // Up and Down step a day; the date is taken when editing ends.
+    date->setFocus();
+    press(Qt::Key_Down);
+    press(Qt::Key_Down);
+    press(Qt::Key_Up);
+    QCOMPARE(date->text(), QStringLiteral("31.12.2024"));
+    QCOMPARE(itemDay(), QDate(2025, 1, 1));
+    press(Qt::Key_Tab);
+    QCOMPARE(itemDay(), QDate(2024, 12, 31));
+
+    // A day the calendar lacks is refused and stays for correcting; the Return that ended
+    // it closes nothing.
+    typeInto(date, "31.02.2025");
+    press(Qt::Key_Return);
+    QCOMPARE(p.alerts.take(), QStringList{"„31.02.2025“ ist kein gültiges Datum. Bitte gib Tag, "
+                                          "Monat und Jahr ein, zum Beispiel 15.01.2025."});
+    QVERIFY(sheet->isVisible());
+    QCOMPARE(itemDay(), QDate(2024, 12, 31));
+    QTRY_COMPARE(QApplication::focusWidget(), date);
+    QCOMPARE(date->text(), QStringLiteral("31.02.2025"));
+    typeInto(date, "28.02.2025");
+    press(Qt::Key_Tab);
+    QCOMPARE(itemDay(), QDate(2025, 2, 28));
+
+    // An emptied field shows the date again.
+    typeInto(date, "");
+    QTest::keyClick(date, Qt::Key_Delete);
+    QCOMPARE(date->text(), QString());
+    press(Qt::Key_Tab);
+    QCOMPARE(date->text(), QStringLiteral("28.02.2025"));
+    QVERIFY(p.alerts.take().isEmpty());
+
+    // The calendar of the panel shows the typed date.
+    QTest::mouseClick(child<QToolButton>(sheet, "dateButton"), Qt::LeftButton);
+    QVERIFY(shownActive(sheet->popover()));
+    auto* view = static_cast<gui::DateView*>(sheet->popover()->view(gui::MultiPopover::DateTag));
+    QCOMPARE(view->calendar()->selectedDate(), QDate(2025, 2, 28));
+    press(Qt::Key_Escape);
+    press(Qt::Key_Escape);
+    QVERIFY(!sheet->isVisible());
+}
+
+void FormsTest::aTypedSumIsANumberInGermanNotation() {
+    Program& p = *m_program;
+    p.addBook();
+    gui::ItemSheet* sheet = openNewItem();
+    QVERIFY(sheet);
+    chooseKind(sheet, "expenseButton");
+    auto* sum = child<QLineEdit>(sheet, "sumField");
+    typeInto(sum, "119,5");
+    press(Qt::Key_Tab);
+    QCOMPARE(p.item()->getText("amount"), "119.5");
+
+    // What a C library would also read as a number is no sum here.
+    for (const char* typed : {"5e3", "1,5E2", "0x10", "inf", "nan", "12,5 €"}) {
+        typeInto(sum, QString::fromUtf8(typed));
+        press(Qt::Key_Tab);
+        QCOMPARE(p.alerts.take(), QStringList{QStringLiteral("„%1“ ist keine gültige Summe. Bitte "
+                                                             "gib einen positiven Betrag ein, zum "
+                                                             "Beispiel 119,50.")
+                                                  .arg(QString::fromUtf8(typed))});
+        QCOMPARE(p.item()->getText("amount"), "119.5");
+        QTRY_COMPARE(QApplication::focusWidget(), sum);
+    }
+    typeInto(sum, "1.234,56");
+    press(Qt::Key_Tab);
+    QCOMPARE(p.item()->getText("amount"), "1234.56");
+    QTRY_COMPARE(p.item()->getFloat("finalAmount"), -1234.56f);
+    QCOMPARE(sum->text(), QStringLiteral("1.234,56")); // what was typed stands
+    QVERIFY(p.alerts.take().isEmpty());
+    press(Qt::Key_Escape);
+    QVERIFY(!sheet->isVisible());
+}
+
+void FormsTest::ctrlTSetsTodayInTheItemFormOnly() {
+    Program& p = *m_program;
+    p.addBook();
+    auto made = Record::make(RecordClass::Item, p.clock.now());
+    made->set("title", Value::string("Miete März"));
+    made->set("kind", Value::intValue(1));
+    made->set("amount", Value::string("500"));
+    made->set("date", Value::date(gui::fromQDateTime(QDateTime(QDate(2025, 3, 10), QTime(9, 30)))));
+    p.app.selection().items.add(made);
+    p.window.refresh();
+    QCOMPARE(p.item(), made.get());
+
+    // The main window offers no such key: the selected item keeps its date.
+    QVERIFY(QTest::qWaitForWindowActive(&p.window));
+    p.window.itemView()->setFocus();
+    press(Qt::Key_T, Qt::ControlModifier);
+    QCOMPARE(itemDay(), QDate(2025, 3, 10));
+    for (const QAction* action : p.window.findChildren<QAction*>())
+        QVERIFY2(action->shortcut() != QKeySequence(QStringLiteral("Ctrl+T")),
+                 qPrintable(action->text()));
+    QVERIFY(p.app.commands().contains("setToday:")); // scripts still reach it
+
+    // In the open form it sets today's date.
+    p.command("editItem:");
+    gui::ItemSheet* sheet = p.forms.itemSheet();
+    QVERIFY(shownActive(sheet));
+    press(Qt::Key_T, Qt::ControlModifier);
+    QTRY_COMPARE(itemDay(), QDate::currentDate());
+    QCOMPARE(child<gui::DateField>(sheet, "datePicker")->text(),
+             gui::dateFieldText(QDate::currentDate()));
     press(Qt::Key_Return);
     QVERIFY(!sheet->isVisible());
     QVERIFY(p.alerts.take().isEmpty());

@@ -1,5 +1,6 @@
 #include "forms/itemsheet.h"
 
+#include "forms/datefield.h"
 #include "forms/formbinder.h"
 #include "forms/multipopover.h"
 #include "forms/popoverviews.h"
@@ -10,7 +11,6 @@
 
 #include <QCheckBox>
 #include <QComboBox>
-#include <QDateEdit>
 #include <QEvent>
 #include <QGridLayout>
 #include <QGroupBox>
@@ -19,6 +19,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QShortcut>
 #include <QToolButton>
 #include <QVBoxLayout>
 
@@ -86,11 +87,8 @@ void ItemSheet::build() {
     m_kind = new SegmentedChoice({{QStringLiteral("Ausgabe"), kExpense, "expenseButton"},
                                   {QStringLiteral("Einnahme"), kIncome, "incomeButton"}});
     m_kind->setObjectName(QStringLiteral("kindChoice"));
-    m_date = new QDateEdit;
+    m_date = new DateField;
     m_date->setObjectName(QStringLiteral("datePicker"));
-    m_date->setDisplayFormat(QStringLiteral("dd.MM.yyyy"));
-    m_date->setCalendarPopup(false);
-    m_date->setSizePolicy(QSizePolicy::Minimum, QSizePolicy::Fixed);
     m_dateButton =
         panelButton(QStringLiteral("Kalender"), "dateButton", QStringLiteral("Kalender öffnen"));
 
@@ -380,11 +378,7 @@ void ItemSheet::showTaxChoice() {
 void ItemSheet::showDate() {
     const Value date = m_binder->value("datePicker");
     if (date.kind() != core::Kind::Date) return;
-    const QDate day = toQDateTime(date.asDate()).date();
-    if (m_date->date() == day) return;
-    m_showingDate = true;
-    m_date->setDate(day);
-    m_showingDate = false;
+    m_date->showDate(toQDateTime(date.asDate()).date());
 }
 
 // The rates of the settings, as they are each time the form comes to the front.
@@ -420,6 +414,8 @@ void ItemSheet::connectEdits() {
     connect(m_kind, &SegmentedChoice::picked, this, [this](int tag) {
         m_binder->run(tag == kExpense ? "selectExpense:" : "selectIncome:");
     });
+    connect(m_date, &QLineEdit::editingFinished, this, [this] { commitDate(); });
+    b.addPendingEdit([this] { return commitDate(); });
     connect(m_sum, &QLineEdit::textEdited, this, [this] { m_sumTyped = true; });
     connect(m_sum, &QLineEdit::editingFinished, this, [this] { commitSum(); });
     b.addPendingEdit([this] { return commitSum(); });
@@ -431,10 +427,6 @@ void ItemSheet::connectEdits() {
     });
     connect(m_unpaid, &QCheckBox::clicked, this, [this](bool on) {
         m_binder->edit("unpaidCheckBox", Value::boolean(on), "calculateItem:");
-    });
-    connect(m_date, &QDateEdit::dateChanged, this, [this](QDate day) {
-        if (m_showingDate) return;
-        m_binder->write("datePicker", dateOnDay(m_binder->value("datePicker"), day));
     });
     connect(m_title, &QLineEdit::textEdited, this,
             [this](const QString& text) { m_binder->writeText("titleField", text); });
@@ -487,6 +479,13 @@ void ItemSheet::connectButtons() {
             m_kind->firstSegment()->setFocus();
     });
     connect(m_ok, &QPushButton::clicked, this, [this] { m_binder->run("closeItemSheet:"); });
+    // The date of today belongs to the open form, as the date panel's button does.
+    auto* today = new QShortcut(QKeySequence(QStringLiteral("Ctrl+T")), this);
+    today->setObjectName(QStringLiteral("todayShortcut"));
+    connect(today, &QShortcut::activated, this, [this] {
+        m_date->revert(); // today's date takes the place of one being typed
+        m_binder->run("setToday:");
+    });
 }
 
 void ItemSheet::openPopover(int tag, QWidget* anchor) {
@@ -496,6 +495,37 @@ void ItemSheet::openPopover(int tag, QWidget* anchor) {
         return;
     }
     m_popover->showView(tag, anchor);
+}
+
+// The date is handed over when its editing ends, as a whole: a date typed part by part is
+// never taken half-way. A text that is no date is refused and stays for correcting; an
+// emptied field shows the date again.
+bool ItemSheet::commitDate() {
+    if (!m_date->isTyped() || m_refusingDate) return true;
+    if (posting::isBlankText(str(m_date->text()))) {
+        m_date->revert();
+        return true;
+    }
+    const std::optional<QDate> day = m_date->typedDate();
+    if (!day) {
+        m_refusingDate = true;
+        m_app.services().ui.alert(shell::AlertRequest{
+            "Fehler!",
+            "„" + str(m_date->text()) +
+                "“ ist kein gültiges Datum. Bitte gib Tag, Monat und Jahr ein, zum Beispiel "
+                "15.01.2025.",
+            {"OK"},
+            shell::AlertStyle::Warning,
+            {}});
+        m_refusingDate = false;
+        m_binder->refusedThisTurn();
+        m_date->setFocus();
+        m_date->selectAll();
+        return false;
+    }
+    m_binder->write("datePicker", dateOnDay(m_binder->value("datePicker"), *day));
+    m_date->revert(); // shows the date as the program took it
+    return true;
 }
 
 bool ItemSheet::commitSum() {
@@ -557,6 +587,8 @@ void ItemSheet::changeEvent(QEvent* event) {
 
 void ItemSheet::showForm(bool show) {
     if (!show) {
+        // Whatever the form was left with was handed over or refused before it closed.
+        m_date->revert();
         m_popover->closeView();
         dismiss();
         m_binder->refreshSoon();

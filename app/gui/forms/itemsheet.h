@@ -1,15 +1,14 @@
 #pragma once
 // The item form ("itemWindow") as a sheet on the main window. Its controls carry the names
 // of the program's controls (objectName) and are bound to them: what the program sets shows
-// here, what the user does is handed over and the buttons run the item commands. The sum
-// and the account number are handed over when their editing ends, as the form's commands
-// expect; the other fields as they are typed.
+// here, what the user does is handed over and the buttons run the item commands. The date,
+// the sum and the account number are handed over when their editing ends, as the form's
+// commands expect; the other fields as they are typed.
 
 #include "forms/formsheet.h"
 
 class QCheckBox;
 class QComboBox;
-class QDateEdit;
 class QGroupBox;
 class QLabel;
 class QLineEdit;
@@ -22,6 +21,7 @@ class Session;
 
 namespace zifora::gui {
 
+class DateField;
 class FormBinder;
 class MultiPopover;
 class SegmentedChoice;
@@ -60,7 +60,8 @@ class ItemSheet final : public FormSheet {
     void showDate();
     void openPopover(int tag, QWidget* anchor);
     void updateDrawer();
-    /// Hand the typed sum or account number over; false when the program refused it.
+    /// Hand the typed date, sum or account number over; false when it was refused.
+    bool commitDate();
     bool commitSum();
     bool commitAccount(bool always, bool moveOn);
 
@@ -73,7 +74,7 @@ class ItemSheet final : public FormSheet {
     QLineEdit* m_sum = nullptr;
     QLabel* m_currency = nullptr;
     QToolButton* m_calculatorButton = nullptr;
-    QDateEdit* m_date = nullptr;
+    DateField* m_date = nullptr;
     QToolButton* m_dateButton = nullptr;
     QCheckBox* m_taxBox = nullptr;
     SegmentedChoice* m_tax = nullptr;
@@ -102,7 +103,7 @@ class ItemSheet final : public FormSheet {
 
     bool m_sumTyped = false;
     bool m_accountTyped = false;
-    bool m_showingDate = false;
+    bool m_refusingDate = false;
 };
 
 } // namespace zifora::gui

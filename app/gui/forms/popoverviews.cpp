@@ -60,6 +60,8 @@ QString itemHelpText() {
         "die Bruttosumme.</li>"
         "<li>Enthält der Betrag Umsatzsteuer, kreuze <b>Umsatzsteuer</b> an und wähle den "
         "Steuersatz.</li>"
+        "<li>Das Datum tippst du als Tag.Monat.Jahr ein, etwa 15.01.2025, 15.1.25 oder nur "
+        "15.01. für das Jahr, das schon dasteht. <b>Strg+T</b> setzt es auf heute.</li>"
         "<li>Gib eine Bezeichnung ein: Ohne sie lässt sich der Posten nicht sichern.</li>"
         "<li>Konto und Kategorie sind freiwillig. Die Kontonummer kannst du eintippen und mit "
         "der Eingabetaste prüfen lassen.</li></ol>"
@@ -78,6 +80,7 @@ DateView::DateView(FormBinder& binder, QWidget* parent) : PopoverView(parent), m
     m_calendar->setVerticalHeaderFormat(QCalendarWidget::NoVerticalHeader);
     m_calendar->setMinimumSize(260, 190);
     auto* today = plainButton(QStringLiteral("Heute"), "todayButton");
+    today->setToolTip(QStringLiteral("Datum auf heute setzen (Strg+T)"));
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(m_calendar, 1);

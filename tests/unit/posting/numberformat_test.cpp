@@ -7,6 +7,7 @@
 
 #include <cmath>
 #include <limits>
+#include <string>
 #include <utility>
 #include <vector>
 
@@ -101,23 +102,56 @@ TEST(PercentString, WritesTheValuesOwnTextAndNothingForNoValue) {
 
 TEST(ParseLocalizedAmount, ReadsTheGermanDecimalComma) {
     EXPECT_EQ(1234.56f, parseLocalizedAmount("1.234,56"));
+    EXPECT_EQ(1234567.89f, parseLocalizedAmount("1.234.567,89"));
     EXPECT_EQ(119.5f, parseLocalizedAmount("119,5"));
+    EXPECT_EQ(-3.0f, parseLocalizedAmount("-3"));
     EXPECT_EQ(-3.5f, parseLocalizedAmount(" -3,5 "));
+    EXPECT_EQ(3.0f, parseLocalizedAmount("+3"));
     EXPECT_EQ(42.0f, parseLocalizedAmount("42"));
     EXPECT_EQ(1234.0f, parseLocalizedAmount("1.234"));
+    EXPECT_EQ(1234.0f, parseLocalizedAmount("1234"));
     EXPECT_EQ(119.5f, parseLocalizedAmount("119.5"));
     EXPECT_EQ(119.5f, parseLocalizedAmount("119.50"));
+    EXPECT_EQ(1.2345f, parseLocalizedAmount("1.2345"));
+    EXPECT_EQ(0.5f, parseLocalizedAmount(",5"));
+    EXPECT_EQ(-0.5f, parseLocalizedAmount("-,5"));
+    EXPECT_EQ(119.0f, parseLocalizedAmount("119,"));
     EXPECT_EQ(0.1f, parseLocalizedAmount("0,1")); // rounded once, straight to float
+    EXPECT_EQ(0.1f, parseLocalizedAmount("0,1000000000000000000000001"));
 }
 
 TEST(ParseLocalizedAmount, RefusesWhatIsNotWhollyANumber) {
-    for (const char* text : {"", "   ", "abc", "12abc", "12,5 €", "1e40"})
+    for (const char* text : {"", "   ", "abc", "12abc", "12,5 €", "€ 12,5", "1e40", "x12"})
         EXPECT_EQ(std::nullopt, parseLocalizedAmount(text)) << text;
+}
+
+// The notation of a typed sum is the locale's and nothing else: what a C library or ICU's
+// lenient reading would also take is refused.
+TEST(ParseLocalizedAmount, RefusesExponentsOtherBasesAndSpecialValues) {
+    for (const char* text :
+         {"5e3", "5E3", "5e-3", "1,5e2", "1.000e3", "e3", "0x10", "0X1A", "0b101", "inf", "-inf",
+          "INF", "Infinity", "nan", "NaN", "-nan", "\u221e", "-\u221e"})
+        EXPECT_EQ(std::nullopt, parseLocalizedAmount(text)) << text;
+}
+
+TEST(ParseLocalizedAmount, RefusesMisplacedSignsAndGroupsAndTrailingText) {
+    for (const char* text : {"5-", "--5", "+-5", "-+5", "- 5", "-", "+", ",", ".", "12,5x", "12,5%",
+                             "1\n2", "\u0661\u0662"})
+        EXPECT_EQ(std::nullopt, parseLocalizedAmount(text)) << text;
+    for (const char* text : {"1 234,56", "1,2,3", "12,5,0", "1.23,4", "12.34.567", ".234", "1..234",
+                             "1.234.", "1234.567", "12,5.", "1,234.56"})
+        EXPECT_EQ(std::nullopt, parseLocalizedAmount(text)) << text;
+    EXPECT_EQ(std::nullopt, parseLocalizedAmount(std::string(40, '9'))) << "beyond the floats";
 }
 
 TEST(ParseLocalizedAmount, ReadsOtherLocalesTheirWay) {
     EXPECT_EQ(1234.56f, parseLocalizedAmount("1,234.56", "en_US"));
     EXPECT_EQ(1234.0f, parseLocalizedAmount("1,234", "en_US"));
+    EXPECT_EQ(std::nullopt, parseLocalizedAmount("1.234,56", "en_US"));
+    EXPECT_EQ(std::nullopt, parseLocalizedAmount("5e3", "en_US"));
+    EXPECT_EQ(1234.5f, parseLocalizedAmount("1\u202f234,5", "fr_FR"));
+    EXPECT_EQ(1234.5f, parseLocalizedAmount("1 234,5", "fr_FR"));
+    EXPECT_EQ(1234.5f, parseLocalizedAmount("1\u2019234.5", "de_CH"));
 }
 
 TEST(CurrentLocale, NeutralLocalesMeanGerman) {
