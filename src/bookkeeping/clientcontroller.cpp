@@ -3,6 +3,7 @@
 #include "shell/events.h"
 #include "shell/session.h"
 
+#include <algorithm>
 #include <array>
 
 namespace zifora::bookkeeping {
@@ -25,6 +26,29 @@ ClientController::ClientController(shell::Session& session) : m_session(session)
     registerCommands();
     m_session.events().subscribe<shell::SelectionChanged>(
         [this](const shell::SelectionChanged&) { selectionChanged(); });
+    m_session.fields().observe([this](const std::string& name, const Value& value) {
+        if (name.starts_with(kClientFormPrefix)) clientFieldChanged(name, value);
+    });
+}
+
+void ClientController::clientFieldChanged(const std::string& name, const Value& value) {
+    Record* client = m_session.selection().currentClient();
+    if (!client || value.isAbsent()) return;
+    const std::string key = name.substr(kClientFormPrefix.size());
+    static constexpr std::string_view kTextKeys[] = {
+        "company", "taxNumber", "elsterNumber", "datevConsultantNumber", "datevClientNumber"};
+    if (key == "taxationKind") {
+        const int number = value.toInt();
+        bool known = false;
+        for (const TaxationKind& kind : kTaxationKinds) known = known || kind.number == number;
+        if (!known) return;
+        client->set(key, Value::intValue(number));
+    } else if (std::find(std::begin(kTextKeys), std::end(kTextKeys), key) != std::end(kTextKeys)) {
+        client->set(key, Value::string(value.text()));
+    } else {
+        return;
+    }
+    changeCurrentClient();
 }
 
 void ClientController::registerCommands() {

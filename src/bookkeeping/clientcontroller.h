@@ -4,14 +4,35 @@
 
 #include "shell/feature.h"
 
+#include <string>
+#include <string_view>
+
 namespace zifora::core {
 class Record;
+class Value;
 }
 namespace zifora::shell {
 class Session;
 }
 
 namespace zifora::bookkeeping {
+
+/// The form fields of the selected client's identity, each written into the client's key
+/// of the same name after the prefix: "clientForm.company", "clientForm.taxNumber",
+/// "clientForm.elsterNumber", "clientForm.datevConsultantNumber",
+/// "clientForm.datevClientNumber" (texts) and "clientForm.taxationKind" (a number of
+/// `kTaxationKinds`).
+inline constexpr std::string_view kClientFormPrefix = "clientForm.";
+
+/// The kinds of taxation a client can be kept under, by the number the client stores.
+struct TaxationKind {
+    int number;
+    const char* title;
+};
+inline constexpr TaxationKind kTaxationKinds[] = {
+    {1, "Sollversteuerung (vereinbarte Entgelte)"},
+    {2, "Istversteuerung (vereinnahmte Entgelte)"},
+};
 
 class ClientController final : public shell::Feature {
   public:
@@ -28,6 +49,9 @@ class ClientController final : public shell::Feature {
 
   private:
     void registerCommands();
+    /// A field of the client form was set: its key of the selected client follows, and the
+    /// settings mirror a moment later.
+    void clientFieldChanged(const std::string& name, const core::Value& value);
     /// Another client became current: its identity goes to the settings 0.1 s later.
     void selectionChanged();
 

@@ -1,5 +1,7 @@
 #include "bookkeeping/itemcontroller.h"
 
+#include "bookkeeping/taxrates.h"
+
 #include "core/keyedarchive.h"
 #include "posting/amountentry.h"
 #include "posting/itementry.h"
@@ -241,9 +243,7 @@ void ItemController::calculateItem() {
     const std::string sumText = m_form.sumText();
     for (const posting::SettingWrite& w : posting::formSettingWrites(*item, sumText))
         settings().set(w.key, w.value);
-    const posting::TaxRates rates{settings().getFloat("prefs1Rate"),
-                                  settings().getFloat("prefs2Rate"),
-                                  settings().getFloat("prefs3Rate")};
+    const posting::TaxRates rates = taxRatesOf(settings());
     posting::ItemAmountInput input = posting::itemAmountInputOf(*item, rates);
     input.grossSum = posting::sumFieldValue(sumText); // the field is read once
     posting::applyItemAmounts(*item, posting::calculateItemAmounts(input));
@@ -286,11 +286,13 @@ void ItemController::setToday() {
 // The window
 
 void ItemController::showForm() {
-    // The tax control's first three segments carry the rates of the settings as they are now.
-    const char* labels[] = {"taxSegControlLabel0", "taxSegControlLabel1", "taxSegControlLabel2"};
-    const char* rates[] = {"prefs1Rate", "prefs2Rate", "prefs3Rate"};
-    for (int i = 0; i < 3; ++i)
-        m_form.showText(labels[i], posting::percentStringFromNumber(settings().get(rates[i])));
+    // The tax control's first three segments carry the rates of the settings as they are now,
+    // with their titles.
+    const auto labels = taxRateLabels(settings());
+    for (size_t i = 0; i < labels.size(); ++i) {
+        m_form.showText("taxSegControlLabel" + std::to_string(i), labels[i].percent);
+        m_form.showText("taxSegControlTitle" + std::to_string(i), labels[i].title);
+    }
     m_session.services().ui.showWindow(kItemWindow);
 }
 

@@ -26,7 +26,7 @@ using Binding = ItemForm::Binding;
 
 // The tax control's value is the tag of its chosen segment: 1 to 3 the rates, 4 tax-free,
 // 5 outside the scope of the tax, 0 none chosen.
-constexpr std::array<Binding, 10> kBindings{{
+constexpr std::array<Binding, 13> kBindings{{
     {"sumField", "amount", Binding::Kind::Sum},
     {"titleField", "title", Binding::Kind::Text},
     {"numberField", "number", Binding::Kind::Text},
@@ -37,6 +37,10 @@ constexpr std::array<Binding, 10> kBindings{{
     {"taxSegControl", "taxTag", Binding::Kind::Tag},
     {"unpaidCheckBox", "unpaidBool", Binding::Kind::Bool},
     {"datePicker", "date", Binding::Kind::Date},
+    // The item's own DATEV data, used by the export in place of the worked-out values.
+    {"customDatevCheckBox", "customDatevData", Binding::Kind::Bool},
+    {"customDatevAccountField", "customDatevAccount", Binding::Kind::Text},
+    {"customDatevKeyField", "customDatevKey", Binding::Kind::Text},
 }};
 
 const Binding* bindingOf(std::string_view control) {

@@ -1,5 +1,8 @@
 #include "bookkeeping/splitcontroller.h"
 
+#include "bookkeeping/taxrates.h"
+#include "posting/numberformat.h"
+
 #include "posting/itemcalculation.h"
 #include "posting/itemsplit.h"
 #include "shell/session.h"
@@ -21,9 +24,11 @@ constexpr const char* kIncompleteText =
 constexpr const char* kSuperfluousText =
     "Bei dem ausgewählten Steuersatz ist die Aktion überflüssig.";
 
-posting::TaxRates ratesOf(const core::Settings& settings) {
-    return {settings.getFloat("prefs1Rate"), settings.getFloat("prefs2Rate"),
-            settings.getFloat("prefs3Rate")};
+// The net sum of the tax page: a number as it stands, a typed text in the locale's notation
+// (a text that is no amount counts as no sum).
+float netSumOf(const Value& field) {
+    if (field.kind() != core::Kind::String) return field.toFloat();
+    return posting::parseLocalizedAmount(field.text()).value_or(0.0f);
 }
 
 // The text the form's sum field shows for a number: its shortest plain form.
@@ -98,8 +103,8 @@ void SplitController::splitByTax(Record* item) {
     case posting::TaxPageCheck::Ready:
         break;
     }
-    const float rate = posting::rateForTaxTag(taxTag, ratesOf(m_session.settings()));
-    const float net = m_session.fields().get("sumFieldCalChelp").toFloat();
+    const float rate = posting::rateForTaxTag(taxTag, taxRatesOf(m_session.settings()));
+    const float net = netSumOf(m_session.fields().get("sumFieldCalChelp"));
     item->set("amount", Value::floatValue(posting::grossOfNet(net, rate)));
     finish();
 }
@@ -128,7 +133,7 @@ void SplitController::recalculateSelectedItem() {
         else
             m_session.settings().set(write.key, write.value);
     }
-    posting::calculateItem(*item, ratesOf(m_session.settings()));
+    posting::calculateItem(*item, taxRatesOf(m_session.settings()));
 }
 
 } // namespace zifora::bookkeeping

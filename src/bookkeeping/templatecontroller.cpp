@@ -1,5 +1,6 @@
 #include "bookkeeping/templatecontroller.h"
 
+#include "posting/amountentry.h"
 #include "posting/itementry.h"
 #include "shell/session.h"
 
@@ -17,6 +18,75 @@ TemplateController::TemplateController(shell::Session& session) : m_session(sess
     c.add(shell::menuCommand("makeTemplateFromItem:", "Vorlage aus Posten erstellen", shell::Menu::MasterData, 60), [this](const CommandSender&) { makeTemplateFromItem(); });
     c.add("selectTemplateSearchSheet:",
           [this](const CommandSender&) { selectTemplateSearchSheet(); });
+    m_session.fields().observe([this](const std::string& name, const Value& value) {
+        if (name.starts_with(kTemplateTablePrefix) && name != kTemplateTableRefused)
+            tableFieldChanged(name.substr(kTemplateTablePrefix.size()), value);
+    });
+}
+
+std::string accountChoiceTitle(const std::string& number, const std::string& title) {
+    if (number.empty()) return title;
+    if (title.empty()) return number;
+    return number + " – " + title;
+}
+
+void TemplateController::tableFieldChanged(const std::string& column, const Value& value) {
+    Record* record = m_session.selection().templates.selected();
+    if (!record || value.isAbsent()) return;
+    const bool taken = editTemplate(*record, column, value);
+    m_session.fields().set(kTemplateTableRefused, Value::boolean(!taken));
+}
+
+bool TemplateController::editTemplate(Record& record, const std::string& column,
+                                      const Value& value) {
+    if (column == "title" || column == "group") {
+        record.set(column, Value::string(value.text()));
+        return true;
+    }
+    if (column == "kind") {
+        const int kind = value.toInt();
+        if (kind < 0 || kind > 2) return false;
+        record.set("kind", Value::intValue(kind));
+        return true;
+    }
+    if (column == "account") return editAccount(record, value.text());
+    if (column == "amount") {
+        const std::string typed = value.text();
+        if (posting::isBlankText(typed)) {
+            record.set("amount", Value::string(""));
+            return true;
+        }
+        auto sum = posting::acceptedSum(typed);
+        if (!sum) return false;
+        record.set("amount", Value::string(posting::storedAmountText(*sum)));
+        return true;
+    }
+    if (column == "tax") {
+        const int tag = value.toInt();
+        if (tag < 0 || tag > 5) return false;
+        record.set("taxBool", Value::boolean(tag > 0));
+        record.set("taxTag", Value::intValue(tag));
+        return true;
+    }
+    return false;
+}
+
+// The account chosen by its title in the chooser; the template's own account, no longer in
+// the chart, may stand as it is.
+bool TemplateController::editAccount(Record& record, const std::string& title) {
+    if (title.empty()) {
+        record.set("account", Value::string(""));
+        record.set("accountNumber", Value::string(""));
+        return true;
+    }
+    for (const Record* account : m_session.selection().accounts.arranged()) {
+        if (accountChoiceTitle(account->getText("number"), account->getText("title")) != title)
+            continue;
+        record.set("account", account->get("title"));
+        record.set("accountNumber", account->get("number"));
+        return true;
+    }
+    return title == accountChoiceTitle(record.getText("accountNumber"), record.getText("account"));
 }
 
 void TemplateController::addTemplate() {

@@ -93,4 +93,8 @@ std::string sumFieldTextFor(const core::Value& amount, std::string_view localeNa
     }
 }
 
+std::string localeDecimalSign(std::string_view localeName) {
+    return decimalSign(localeName);
+}
+
 } // namespace zifora::posting

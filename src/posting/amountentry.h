@@ -34,4 +34,7 @@ namespace zifora::posting {
 [[nodiscard]] std::string sumFieldTextFor(const core::Value& amount,
                                           std::string_view localeName = {});
 
+/// The decimal sign of the locale `localeName` (the current locale when empty), as UTF-8.
+[[nodiscard]] std::string localeDecimalSign(std::string_view localeName = {});
+
 } // namespace zifora::posting

@@ -97,6 +97,7 @@ ScriptDriver::ScriptDriver(Session& session, HeadlessServices& services)
             return {};
         }
         if (verb == "dumpSettings") return dumpSettings(arg);
+        if (verb == "fields") return dumpFields(arg);
         return "unbekannter Befehl \"" + verb + "\"";
     }
 
@@ -118,6 +119,23 @@ ScriptDriver::ScriptDriver(Session& session, HeadlessServices& services)
             if (i) json += ',';
             appendJsonString(json, keys[i]);
             json += ':' + taggedJson(m_session.settings().get(keys[i])); // absent: null
+        }
+        m_services.log.emit(json + "}}");
+        return {};
+    }
+
+    // What form controls hold: {"fields":["mainSumField",…]} prints each named control as a
+    // tagged value, a control never set as null.
+    std::string ScriptDriver::dumpFields(const Json& arg) {
+        if (!arg.is_array()) return "fields braucht eine Liste von Namen";
+        std::string json = "{\"fields\":{";
+        bool first = true;
+        for (const Json& name : arg) {
+            if (!name.is_string()) return "fields: die Namen sind Texte, nicht " + name.dump();
+            if (!first) json += ',';
+            first = false;
+            appendJsonString(json, name.get<std::string>());
+            json += ':' + taggedJson(m_session.fields().get(name.get<std::string>()));
         }
         m_services.log.emit(json + "}}");
         return {};

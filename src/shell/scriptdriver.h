@@ -28,6 +28,7 @@ class ScriptDriver {
     void execute(const Json& command, int number);
     std::string dispatch(const std::string& verb, const Json& arg, const Json& command);
     std::string dumpSettings(const Json& arg);
+    std::string dumpFields(const Json& arg);
     std::string select(const Json& arg);
     std::string setProperty(const Json& arg);
     std::string setField(const Json& arg);

@@ -5,6 +5,7 @@
 #include "forms/multipopover.h"
 #include "forms/popoverviews.h"
 #include "forms/segmentedchoice.h"
+#include "bookkeeping/taxrates.h"
 #include "posting/amountentry.h"
 #include "posting/numberformat.h"
 #include "shell/session.h"
@@ -383,13 +384,11 @@ void ItemSheet::showDate() {
 
 // The rates of the settings, as they are each time the form comes to the front.
 void ItemSheet::relabelTaxSegments() {
-    const core::Settings& settings = m_app.settings();
-    const char* rates[] = {"prefs1Rate", "prefs2Rate", "prefs3Rate"};
-    const char* titles[] = {"prefs1RateTitle", "prefs2RateTitle", ""};
-    for (int i = 0; i < 3; ++i) {
-        const QString label = qs(posting::percentStringFromNumber(settings.get(rates[i])));
-        const QString title = *titles[i] ? qs(settings.getString(titles[i])) : QString();
-        m_tax->setLabel(i + 1, label.isEmpty() ? QStringLiteral("–") : label, title);
+    const auto labels = bookkeeping::taxRateLabels(m_app.settings());
+    for (size_t i = 0; i < labels.size(); ++i) {
+        const QString label = qs(labels[i].percent);
+        m_tax->setLabel(static_cast<int>(i) + 1, label.isEmpty() ? QStringLiteral("–") : label,
+                        qs(labels[i].title));
     }
 }
 

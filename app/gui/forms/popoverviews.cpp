@@ -211,9 +211,9 @@ void CalculatorView::buildTaxPage() {
     layout->addStretch(1);
     m_pages->addTab(page, QStringLiteral("Steuer"));
 
+    // The program reads the typed text in the locale's notation.
     connect(m_netSum, &QLineEdit::textEdited, this, [this](const QString& text) {
-        const auto net = posting::parseLocalizedAmount(str(text));
-        m_binder.write("sumFieldCalChelp", net ? Value::floatValue(*net) : Value{});
+        m_binder.write("sumFieldCalChelp", Value::string(str(text)));
     });
 }
 
@@ -232,7 +232,8 @@ void CalculatorView::showNetSum() {
         if (typed) m_netSum->clear();
         return;
     }
-    if (typed && *typed == net.toFloat()) return; // what the user typed stands
+    if (net.kind() == core::Kind::String) return; // what the user typed stands
+    if (typed && *typed == net.toFloat()) return;
     m_netSum->setText(qs(posting::commaStringFromNumber(net.toFloat())));
 }
 
@@ -485,32 +486,25 @@ DatevView::DatevView(FormBinder& binder, QWidget* parent) : PopoverView(parent),
     layout->addWidget(note);
     layout->addStretch(1);
 
-    connect(m_use, &QCheckBox::toggled, this, [this](bool on) {
-        if (core::Record* item = m_binder.app().selection().currentItem()) {
-            item->set("customDatevData", Value::boolean(on));
-            m_binder.refreshSoon();
-        }
+    // The item form binds the three controls to the item's keys.
+    connect(m_use, &QCheckBox::toggled, this,
+            [this](bool on) { m_binder.write("customDatevCheckBox", Value::boolean(on)); });
+    connect(m_account, &QLineEdit::textEdited, this, [this](const QString& text) {
+        m_binder.write("customDatevAccountField", Value::string(str(text)));
     });
-    connect(m_account, &QLineEdit::textEdited, this,
-            [this](const QString& text) { writeKey("customDatevAccount", text); });
-    connect(m_key, &QLineEdit::textEdited, this,
-            [this](const QString& text) { writeKey("customDatevKey", text); });
-}
-
-void DatevView::writeKey(const char* key, const QString& text) {
-    if (core::Record* item = m_binder.app().selection().currentItem()) {
-        item->set(key, Value::string(str(text)));
-        m_binder.refreshSoon();
-    }
+    connect(m_key, &QLineEdit::textEdited, this, [this](const QString& text) {
+        m_binder.write("customDatevKeyField", Value::string(str(text)));
+    });
 }
 
 void DatevView::load() {
-    const core::Record* item = m_binder.app().selection().currentItem();
-    setEnabled(item != nullptr);
+    setEnabled(m_binder.app().selection().currentItem() != nullptr);
     const QSignalBlocker quietUse(m_use);
-    m_use->setChecked(item && item->getBool("customDatevData"));
-    m_account->setText(item ? qs(item->getText("customDatevAccount")) : QString());
-    m_key->setText(item ? qs(item->getText("customDatevKey")) : QString());
+    m_use->setChecked(m_binder.value("customDatevCheckBox").toBool());
+    const QString account = m_binder.text("customDatevAccountField");
+    const QString key = m_binder.text("customDatevKeyField");
+    if (m_account->text() != account) m_account->setText(account);
+    if (m_key->text() != key) m_key->setText(key);
 }
 
 QWidget* DatevView::entryWidget() {

@@ -144,7 +144,6 @@ class DatevView final : public PopoverView {
     [[nodiscard]] QLineEdit* key() const { return m_key; }
 
   private:
-    void writeKey(const char* key, const QString& text);
     FormBinder& m_binder;
     QCheckBox* m_use = nullptr;
     QLineEdit* m_account = nullptr;

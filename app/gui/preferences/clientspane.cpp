@@ -1,6 +1,7 @@
 #include "mastercolumns.h"
 #include "panes.h"
 
+#include "bookkeeping/clientcontroller.h"
 #include "shell/session.h"
 
 #include <QComboBox>
@@ -18,22 +19,13 @@ QString qs(const std::string& s) {
     return QString::fromStdString(s);
 }
 
-// The kinds of taxation a client can be kept under, by the number the client stores.
-constexpr std::pair<int, const char*> kTaxationKinds[] = {
-    {1, "Sollversteuerung (vereinbarte Entgelte)"},
-    {2, "Istversteuerung (vereinnahmte Entgelte)"},
-};
-
 } // namespace
 
 QLineEdit* ClientFields::field(const char* key) {
     auto* edit = new QLineEdit;
     edit->setObjectName(QString::fromLatin1(key));
     QObject::connect(edit, &QLineEdit::textEdited, edit, [this, key](const QString& text) {
-        core::Record* client = m_context.app.selection().currentClient();
-        if (!client) return;
-        client->set(key, core::Value::string(text.toStdString()));
-        written();
+        write(key, core::Value::string(text.toStdString()));
     });
     m_loaders.push_back([this, edit, key] {
         core::Record* client = m_context.app.selection().currentClient();
@@ -47,13 +39,11 @@ QLineEdit* ClientFields::field(const char* key) {
 QComboBox* ClientFields::taxationKind() {
     auto* combo = new QComboBox;
     combo->setObjectName(QStringLiteral("taxationKind"));
-    for (const auto& [kind, label] : kTaxationKinds)
-        combo->addItem(QString::fromUtf8(label), kind);
+    for (const bookkeeping::TaxationKind& kind : bookkeeping::kTaxationKinds)
+        combo->addItem(QString::fromUtf8(kind.title), kind.number);
     QObject::connect(combo, &QComboBox::activated, combo, [this, combo](int index) {
-        core::Record* client = m_context.app.selection().currentClient();
-        if (!client || index < 0) return;
-        client->set("taxationKind", core::Value::intValue(combo->itemData(index).toInt()));
-        written();
+        if (index < 0) return;
+        write("taxationKind", core::Value::intValue(combo->itemData(index).toInt()));
     });
     m_loaders.push_back([this, combo] {
         core::Record* client = m_context.app.selection().currentClient();
@@ -69,9 +59,10 @@ void ClientFields::reload() {
         load();
 }
 
-void ClientFields::written() {
-    // The settings mirror of the client follows a moment later.
-    m_context.app.run("changeCurrentClient:");
+// The program writes the client and its settings mirror; the panes show it.
+void ClientFields::write(const char* key, core::Value value) {
+    if (!m_context.app.selection().currentClient()) return;
+    m_context.app.fields().set(std::string(bookkeeping::kClientFormPrefix) + key, std::move(value));
     m_context.changed();
 }
 

@@ -86,7 +86,7 @@ ListPane* makeAccountsPane(PaneContext& context) {
 ListPane* makeTemplatesPane(PaneContext& context) {
     shell::Session& app = context.app;
     auto* table = new ListTable(context, app.selection().templates, "templates",
-                                templateColumns(app.selection(), app.settings()));
+                                templateColumns(app));
     table->setObjectName(QStringLiteral("templatesTable"));
     QHeaderView* header = table->view()->horizontalHeader();
     for (auto [column, width] : {std::pair{0, 190}, {1, 80}, {2, 130}, {3, 170}, {4, 80}})

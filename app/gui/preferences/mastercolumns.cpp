@@ -2,9 +2,11 @@
 
 #include "settingcontrols.h"
 
+#include "bookkeeping/taxrates.h"
+#include "bookkeeping/templatecontroller.h"
 #include "core/settings.h"
 #include "posting/amountentry.h"
-#include "shell/selection.h"
+#include "shell/session.h"
 
 namespace zifora::gui {
 
@@ -30,30 +32,56 @@ const QStringList& kindChoices() {
     return choices;
 }
 
-// The label of an account in the template's pop-up: number and title.
-QString accountLabel(const std::string& number, const std::string& title) {
-    if (number.empty()) return qs(title);
-    if (title.empty()) return qs(number);
-    return qs(number) + QStringLiteral(" – ") + qs(title);
+// The template's account as its chooser names it.
+QString accountChoice(const core::Record& r) {
+    return qs(bookkeeping::accountChoiceTitle(r.getText("accountNumber"), r.getText("account")));
 }
 
-EditableColumn templateKindColumn() {
+/// Writes a cell through the program's template table: the template becomes the selected
+/// one, the column's field takes the value, and the program says whether it was taken.
+std::function<bool(core::Record&, const QString&)> tableWrite(shell::Session& session, const char* column,
+                                 std::function<core::Value(const QString&)> value) {
+    return [&session, column, value](core::Record& r, const QString& text) {
+        const core::Value typed = value(text);
+        if (typed.isAbsent()) return false;
+        session.selection().templates.select(&r);
+        session.fields().set(std::string(bookkeeping::kTemplateTablePrefix) + column, typed);
+        return !session.fields().get(bookkeeping::kTemplateTableRefused).toBool();
+    };
+}
+
+core::Value textValue(const QString& text) {
+    return core::Value::string(text.toStdString());
+}
+
+// The index of a choice, absent when the text is none of them.
+std::function<core::Value(const QString&)> choiceIndex(std::function<QStringList()> choices) {
+    return [choices](const QString& text) {
+        const auto index = choices().indexOf(text);
+        return index < 0 ? core::Value{} : core::Value::intValue(static_cast<int>(index));
+    };
+}
+
+EditableColumn templateTextColumn(shell::Session& session, const QString& title,
+                                  const char* key) {
+    EditableColumn c = textColumn(title, key);
+    c.write = tableWrite(session, key, textValue);
+    return c;
+}
+
+EditableColumn templateKindColumn(shell::Session& session) {
     return {QStringLiteral("Art"),
             [](const core::Record& r) {
                 int kind = r.getInt("kind");
                 return kind >= 0 && kind < kindChoices().size() ? kindChoices()[kind] : QString();
             },
-            [](core::Record& r, const QString& text) {
-                int kind = static_cast<int>(kindChoices().indexOf(text));
-                if (kind < 0) return false;
-                r.set("kind", core::Value::intValue(kind));
-                return true;
-            },
+            tableWrite(session, "kind", choiceIndex([] { return kindChoices(); })),
             [](const core::Record&) { return kindChoices(); }};
 }
 
-EditableColumn templateGroupColumn(const shell::Selection& selection) {
-    EditableColumn c = textColumn(QStringLiteral("Kategorie"), "group");
+EditableColumn templateGroupColumn(shell::Session& session) {
+    EditableColumn c = templateTextColumn(session, QStringLiteral("Kategorie"), "group");
+    const shell::Selection& selection = session.selection();
     c.choices = [&selection](const core::Record& r) {
         QStringList titles{QString()};
         for (const core::Record* group : selection.groups.arranged())
@@ -67,56 +95,32 @@ EditableColumn templateGroupColumn(const shell::Selection& selection) {
     return c;
 }
 
-EditableColumn templateAccountColumn(const shell::Selection& selection) {
+EditableColumn templateAccountColumn(shell::Session& session) {
+    const shell::Selection& selection = session.selection();
     return {QStringLiteral("Konto"),
-            [](const core::Record& r) {
-                return accountLabel(r.getText("accountNumber"), r.getText("account"));
-            },
-            [&selection](core::Record& r, const QString& label) {
-                if (label.isEmpty()) {
-                    r.set("account", core::Value::string(""));
-                    r.set("accountNumber", core::Value::string(""));
-                    return true;
-                }
-                for (const core::Record* account : selection.accounts.arranged()) {
-                    if (accountLabel(account->getText("number"), account->getText("title")) !=
-                        label)
-                        continue;
-                    r.set("account", account->get("title"));
-                    r.set("accountNumber", account->get("number"));
-                    return true;
-                }
-                // The template's own account, no longer in the chart: left as it is.
-                return label == accountLabel(r.getText("accountNumber"), r.getText("account"));
-            },
+            [](const core::Record& r) { return accountChoice(r); },
+            tableWrite(session, "account", textValue),
             [&selection](const core::Record& r) {
                 QStringList labels{QString()};
                 for (const core::Record* account : selection.accounts.arranged())
-                    labels << accountLabel(account->getText("number"), account->getText("title"));
-                QString own = accountLabel(r.getText("accountNumber"), r.getText("account"));
+                    labels << qs(bookkeeping::accountChoiceTitle(account->getText("number"),
+                                                                 account->getText("title")));
+                QString own = accountChoice(r);
                 if (!labels.contains(own)) labels << own;
                 return labels;
             }};
 }
 
-EditableColumn templateAmountColumn() {
+EditableColumn templateAmountColumn(shell::Session& session) {
     return {QStringLiteral("Betrag"),
             [](const core::Record& r) { return qs(posting::sumFieldTextFor(r.get("amount"))); },
-            [](core::Record& r, const QString& text) {
-                if (posting::isBlankText(text.toStdString())) {
-                    r.set("amount", core::Value::string(""));
-                    return true;
-                }
-                auto sum = posting::acceptedSum(text.toStdString());
-                if (!sum) return false;
-                r.set("amount", core::Value::string(posting::storedAmountText(*sum)));
-                return true;
-            },
+            tableWrite(session, "amount", textValue),
             {},
             Qt::AlignRight | Qt::AlignVCenter};
 }
 
-EditableColumn templateTaxColumn(const core::Settings& settings) {
+EditableColumn templateTaxColumn(shell::Session& session) {
+    const core::Settings& settings = session.settings();
     return {QStringLiteral("Steuer"),
             [&settings](const core::Record& r) {
                 if (!r.getBool("taxBool")) return taxChoices(settings).front();
@@ -124,31 +128,16 @@ EditableColumn templateTaxColumn(const core::Settings& settings) {
                 if (tag < 1 || tag > 5) return QStringLiteral("Satz fehlt");
                 return taxChoices(settings)[tag];
             },
-            [&settings](core::Record& r, const QString& label) {
-                int tag = static_cast<int>(taxChoices(settings).indexOf(label));
-                if (tag < 0) return false;
-                r.set("taxBool", core::Value::boolean(tag > 0));
-                r.set("taxTag", core::Value::intValue(tag));
-                return true;
-            },
+            tableWrite(session, "tax", choiceIndex([&settings] { return taxChoices(settings); })),
             [&settings](const core::Record&) { return taxChoices(settings); }};
 }
 
 } // namespace
 
 QStringList taxChoices(const core::Settings& settings) {
-    auto rate = [&settings](const char* key, const char* titleKey, const QString& fallback) {
-        QString title = titleKey ? qs(settings.getString(titleKey)) : QString();
-        if (title.isEmpty()) title = fallback;
-        QString value = rateText(settings.get(key));
-        return value.isEmpty() ? title : QStringLiteral("%1 (%2 %)").arg(title, value);
-    };
-    return {QStringLiteral("ohne Steuer"),
-            rate("prefs1Rate", "prefs1RateTitle", QStringLiteral("1. Steuersatz")),
-            rate("prefs2Rate", "prefs2RateTitle", QStringLiteral("2. Steuersatz")),
-            rate("prefs3Rate", nullptr, QStringLiteral("3. Steuersatz")),
-            QStringLiteral("steuerfreier Umsatz"),
-            QStringLiteral("nicht steuerbarer Umsatz")};
+    QStringList choices;
+    for (const std::string& choice : bookkeeping::templateTaxChoices(settings)) choices << qs(choice);
+    return choices;
 }
 
 std::vector<EditableColumn> groupColumns() {
@@ -166,14 +155,13 @@ std::vector<EditableColumn> clientEditColumns() {
     return {company};
 }
 
-std::vector<EditableColumn> templateColumns(const shell::Selection& selection,
-                                            const core::Settings& settings) {
-    return {textColumn(QStringLiteral("Bezeichnung"), "title"),
-            templateKindColumn(),
-            templateGroupColumn(selection),
-            templateAccountColumn(selection),
-            templateAmountColumn(),
-            templateTaxColumn(settings)};
+std::vector<EditableColumn> templateColumns(shell::Session& session) {
+    return {templateTextColumn(session, QStringLiteral("Bezeichnung"), "title"),
+            templateKindColumn(session),
+            templateGroupColumn(session),
+            templateAccountColumn(session),
+            templateAmountColumn(session),
+            templateTaxColumn(session)};
 }
 
 } // namespace zifora::gui

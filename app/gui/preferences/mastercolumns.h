@@ -7,7 +7,7 @@ namespace zifora::core {
 class Settings;
 }
 namespace zifora::shell {
-struct Selection;
+class Session;
 }
 
 namespace zifora::gui {
@@ -20,8 +20,7 @@ std::vector<EditableColumn> accountColumns();
 std::vector<EditableColumn> clientEditColumns();
 /// Templates: title, kind, category, account, gross sum and tax. Category and account
 /// are chosen from the current client's lists; the tax from the rates of the settings.
-std::vector<EditableColumn> templateColumns(const shell::Selection& selection,
-                                            const core::Settings& settings);
+std::vector<EditableColumn> templateColumns(shell::Session& session);
 
 /// The entries of the template's tax column, in the order of "taxTag" 1 to 5 after "ohne".
 QStringList taxChoices(const core::Settings& settings);

@@ -82,7 +82,7 @@ class ClientFields {
     void reload();
 
   private:
-    void written();
+    void write(const char* key, core::Value value);
 
     PaneContext& m_context;
     std::vector<std::function<void()>> m_loaders;

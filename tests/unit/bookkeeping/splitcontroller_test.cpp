@@ -59,6 +59,15 @@ TEST_F(SplitOfOneItem, TheTaxPageTurnsTheNetSumIntoTheGrossSum) {
     run("splitAction:");
     const float net = 21.5f, percent = net / 100.0f, tax = percent * 7.0f, gross = net + tax;
     EXPECT_EQ(item.getFloat("amount"), gross);
+
+    // As the calculator's field is typed: in the locale's notation, or no sum at all.
+    book.app.fields().set("sumFieldCalChelp", core::Value::string("1.000,5"));
+    run("splitAction:");
+    const float typedNet = 1000.5f, typedTax = typedNet / 100.0f * 7.0f;
+    EXPECT_EQ(item.getFloat("amount"), typedNet + typedTax);
+    book.app.fields().set("sumFieldCalChelp", core::Value::string("5e3"));
+    run("splitAction:");
+    EXPECT_EQ(item.getFloat("amount"), 0.0f);
 }
 
 TEST_F(SplitOfOneItem, TheTaxPageRefusesWithoutARateAndOnRatesWithoutTax) {
