@@ -31,11 +31,11 @@ ItemController::ItemController(shell::Session& session) : m_session(session), m_
 
 void ItemController::registerCommands() {
     shell::CommandCatalog& c = m_session.commands();
-    c.add(shell::menuCommand("addItem:", "Neuer Posten", shell::Menu::Items, 10, "Ctrl+N"), [this](const CommandSender&) { addItem(); });
-    c.add("closeItemSheet:", [this](const CommandSender&) { closeItemSheet(); });
-    c.add("cancelItemSheet:", [this](const CommandSender&) { cancelItemSheet(); });
-    c.add(shell::menuCommand("editItem:", "Posten bearbeiten", shell::Menu::Items, 20, "Ctrl+E"), [this](const CommandSender&) { editItem(); });
-    c.add(shell::menuCommand("duplicateItem:", "Posten duplizieren", shell::Menu::Items, 30, "Ctrl+D"), [this](const CommandSender&) { duplicateItem(); });
+    c.add(shell::menuCommand("addItem:", "Neuer Posten", shell::Menu::Items, 10, "Ctrl+N"), [this](const CommandSender&) { return addItem(); });
+    c.add("closeItemSheet:", [this](const CommandSender&) { return closeItemSheet(); });
+    c.add("cancelItemSheet:", [this](const CommandSender&) { return cancelItemSheet(); });
+    c.add(shell::menuCommand("editItem:", "Posten bearbeiten", shell::Menu::Items, 20, "Ctrl+E"), [this](const CommandSender&) { return editItem(); });
+    c.add(shell::menuCommand("duplicateItem:", "Posten duplizieren", shell::Menu::Items, 30, "Ctrl+D"), [this](const CommandSender&) { return duplicateItem(); });
     c.add("selectExpense:", [this](const CommandSender&) { selectExpense(); });
     c.add("selectIncome:", [this](const CommandSender&) { selectIncome(); });
     c.add("setTaxAutomatically:", [this](const CommandSender&) { setTaxAutomatically(); });
@@ -61,40 +61,36 @@ core::Settings& ItemController::settings() {
 // ---------------------------------------------------------------------------------------
 // New items
 
-void ItemController::addItem() {
+CommandResult ItemController::addItem() {
     m_form.sync();
     settings().setInteger("jaImage", 5);
     settings().setBool("allowCashBook", false);
     settings().setString("prefsVorzeichen", "");
-    if (m_mode == FormMode::Closed)
-        startNewItem();
-    else
-        addNextItem();
+    if (m_mode == FormMode::Closed) return startNewItem();
+    return addNextItem();
 }
 
 // The form's "new" button: the item on screen is finished first.
-void ItemController::addNextItem() {
+CommandResult ItemController::addNextItem() {
     calculateItem(); // the typed sum is committed for the item being left
     scheduleCalculation();
-    if (!passesClosingChecks()) return;
+    if (auto refused = closingRefusal()) return *refused;
     scheduleCalculation();
     settings().setInteger("prefsSelectedItemTabTag", 0);
     m_form.setSumFieldEnabled(false);
     m_form.showText("accountField", "");
-    makeNewItem();
+    return makeNewItem();
 }
 
-void ItemController::startNewItem() {
+CommandResult ItemController::startNewItem() {
     m_form.showText("accountField", "");
     m_form.show("templateButtonEnabled", Value::boolean(m_session.selection().templates.count() > 0));
     showButton("newButton", true);
     // During the first steps the first item can't be cancelled.
     m_cancelOffered = settings().getBool("firstStepsDone");
     showButton("cancelButton", m_cancelOffered);
-    if (!m_session.selection().currentPeriod()) {
-        refuse("Fehler!", "Du musst erst eine Abrechnung anlegen.");
-        return;
-    }
+    if (!m_session.selection().currentPeriod())
+        return refuse("Fehler!", "Du musst erst eine Abrechnung anlegen.");
     settings().setInteger("prefsSelectedItemTabTag", 0);
     m_form.setSumFieldEnabled(false);
     if (settings().getBool("prefsAlwaysShowDateDawer")) showPanel(kDatePanel);
@@ -103,14 +99,13 @@ void ItemController::startNewItem() {
     showForm();
     m_mode = FormMode::NewItem;
     if (settings().getBool("prefsAlwaysShowItemHelpDawer")) showPanel(kHelpPanel);
+    return CommandResult::done();
 }
 
-bool ItemController::makeNewItem() {
+CommandResult ItemController::makeNewItem() {
     Selection& selection = m_session.selection();
-    if (!selection.currentPeriod()) {
-        refuse("Fehler!", "Du musst erst eine Abrechnung anlegen.");
-        return false;
-    }
+    if (!selection.currentPeriod())
+        return refuse("Fehler!", "Du musst erst eine Abrechnung anlegen.");
     const core::Date now = m_session.now();
     core::Ref<Record> item = Record::make(core::RecordClass::Item, now);
     selection.items.add(item);
@@ -119,52 +114,53 @@ bool ItemController::makeNewItem() {
     posting::prefillNewItem(*item, settings(), now);
     selection.items.rearrange();
     m_form.sync();
-    return true;
+    return CommandResult::done();
 }
 
 // ---------------------------------------------------------------------------------------
 // Closing, cancelling, opening
 
-bool ItemController::passesClosingChecks() {
+std::optional<CommandResult> ItemController::closingRefusal() {
     Record* item = m_form.item();
     const std::string sum = m_form.sumText();
     std::optional<std::string_view> refusal =
         item ? posting::closingRefusal(*item, sum) : std::optional(posting::kRefusalNoSum);
-    if (!refusal) return true;
-    refuse("Fehler!", *refusal);
-    return false;
+    if (!refusal) return std::nullopt;
+    return refuse("Fehler!", *refusal);
 }
 
-void ItemController::closeItemSheet() {
+CommandResult ItemController::closeItemSheet() {
     m_form.sync();
-    if (!passesClosingChecks()) return;
+    if (auto refused = closingRefusal()) return *refused;
     scheduleCalculation();
     hideForm();
     settings().setBool("firstItemSet", true);
     settings().setBool("firstStepsDone", true);
+    return CommandResult::done();
 }
 
-void ItemController::cancelItemSheet() {
+CommandResult ItemController::cancelItemSheet() {
     m_form.sync();
     // The button is offered for new items only, and not for the very first one.
     if (m_mode != FormMode::NewItem || !m_cancelOffered) {
         m_session.services().ui.beep();
-        return;
+        return CommandResult::refused({});
     }
     ListController& items = m_session.selection().items;
     if (auto index = items.selectionIndex()) items.removeAt(*index);
     hideForm();
     m_form.sync();
+    return CommandResult::cancelled();
 }
 
-void ItemController::editItem() {
+CommandResult ItemController::editItem() {
     m_form.sync();
     Record* item = m_form.item();
     if (item && posting::isCompensationPosting(*item)) {
         m_session.services().ui.beep();
-        refuse("Sorry!", "Ausgleichsposten für Abschreibungen können nicht bearbeitet werden, da "
-                         "diese intern anders berechnet werden als normale Posten.");
-        return;
+        return refuse("Sorry!", "Ausgleichsposten für Abschreibungen können nicht bearbeitet "
+                                "werden, da diese intern anders berechnet werden als normale "
+                                "Posten.");
     }
     showButton("cancelButton", false);
     showButton("newButton", false);
@@ -172,7 +168,7 @@ void ItemController::editItem() {
     m_form.show("templateButtonEnabled", Value::boolean(false));
     if (!item) {
         m_session.services().ui.beep();
-        return;
+        return CommandResult::refused({});
     }
     const Record* period = m_session.selection().currentPeriod();
     const bool marked = period && period->getBool("taxBool");
@@ -184,7 +180,7 @@ void ItemController::editItem() {
             {"Abbrechen", "Bearbeiten"},
             AlertStyle::Warning,
             {}});
-        if (answer != 0) return;
+        if (answer != 0) return CommandResult::cancelled();
     }
     settings().setInteger("prefsSelectedItemTabTag", 0);
     showButton("nextPreviousButtons", true);
@@ -196,26 +192,24 @@ void ItemController::editItem() {
         settings().setBool("allowCashBook", posting::utf16Length(item->getText("misc9")) <= 3);
     m_form.showSelectionOf(item);
     calculateItem(); // opening an item recalculates it with the rates of today
+    return CommandResult::done();
 }
 
-void ItemController::duplicateItem() {
+CommandResult ItemController::duplicateItem() {
     m_form.sync();
     Record* item = m_form.item();
-    if (!item) {
-        refuse("Fehler!", "Kein Posten ausgewählt.");
-        return;
-    }
+    if (!item) return refuse("Fehler!", "Kein Posten ausgewählt.");
     // A round trip through the archive: a deep copy with every key equal.
     const std::string archived = core::encodeKeyedArchive(Value::record(core::Ref<Record>(item)));
     const auto copy = core::decodeKeyedArchive(archived, "Kopie des Postens");
     if (!copy || copy->kind() != core::Kind::Record) {
-        refuse("Fehler!", "Der Posten konnte nicht kopiert werden: " +
-                              (copy ? std::string("kein Posten") : copy.error().message));
-        return;
+        return refuse("Fehler!", "Der Posten konnte nicht kopiert werden: " +
+                                     (copy ? std::string("kein Posten") : copy.error().message));
     }
     m_session.selection().items.add(copy->recordRef());
     m_session.selection().items.rearrange();
     m_form.sync();
+    return CommandResult::done();
 }
 
 // ---------------------------------------------------------------------------------------
@@ -319,9 +313,10 @@ void ItemController::showButton(const char* control, bool shown) {
     m_form.show(std::string(control) + "Shown", Value::boolean(shown));
 }
 
-void ItemController::refuse(std::string_view title, std::string_view text) {
+CommandResult ItemController::refuse(std::string_view title, std::string_view text) {
     m_session.services().ui.alert(
         AlertRequest{std::string(title), std::string(text), {"OK"}, AlertStyle::Warning, {}});
+    return CommandResult::refused(std::string(text));
 }
 
 } // namespace zifora::bookkeeping

@@ -3,6 +3,7 @@
 // stand between the form and a finished item, copies, the account entries and search
 // popovers, stepping through the list, and the calculation of the amounts as the form runs it.
 
+#include "shell/commandcatalog.h"
 #include "shell/feature.h"
 #include "bookkeeping/itemform.h"
 
@@ -25,11 +26,11 @@ class ItemController final : public shell::Feature {
     ItemController(const ItemController&) = delete;
     ItemController& operator=(const ItemController&) = delete;
 
-    void addItem();
-    void closeItemSheet();
-    void cancelItemSheet();
-    void editItem();
-    void duplicateItem();
+    shell::CommandResult addItem();
+    shell::CommandResult closeItemSheet();
+    shell::CommandResult cancelItemSheet();
+    shell::CommandResult editItem();
+    shell::CommandResult duplicateItem();
     void selectExpense() { chooseKind(posting::kKindExpense); }
     void selectIncome() { chooseKind(posting::kKindIncome); }
     void setTaxAutomatically();
@@ -53,10 +54,11 @@ class ItemController final : public shell::Feature {
     enum class FormMode { Closed, NewItem, Editing };
 
     void registerCommands();
-    void addNextItem();
-    void startNewItem();
-    bool makeNewItem();
-    bool passesClosingChecks();
+    shell::CommandResult addNextItem();
+    shell::CommandResult startNewItem();
+    shell::CommandResult makeNewItem();
+    /// The closing checks: the refusal of the first that fails, shown to the user.
+    std::optional<shell::CommandResult> closingRefusal();
     void chooseKind(int32_t kind);
     void stepSelection(int step);
     void scheduleCalculation();
@@ -65,7 +67,7 @@ class ItemController final : public shell::Feature {
     void showPanel(const char* panel);
     void closeSearchPopover();
     void showButton(const char* control, bool shown);
-    void refuse(std::string_view title, std::string_view text);
+    shell::CommandResult refuse(std::string_view title, std::string_view text);
     [[nodiscard]] core::Settings& settings();
 
     shell::Session& m_session;

@@ -58,7 +58,11 @@ OpenedFileKind openedFileKind(std::string_view path) {
 
 OpenFileController::OpenFileController(shell::Session& session) : m_session(session) {
     m_session.commands().add("application:openFile:",
-                         [this](const CommandSender& sender) { applicationOpenFile(sender.path); });
+                         [this](const CommandSender& sender) {
+                             return applicationOpenFile(sender.path)
+                                        ? CommandResult::done()
+                                        : CommandResult::refused("Die Datei wurde nicht übernommen.");
+                         });
 }
 
 bool OpenFileController::applicationOpenFile(const std::string& path) {

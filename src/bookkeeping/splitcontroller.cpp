@@ -43,7 +43,7 @@ std::string plainText(float value) {
 SplitController::SplitController(shell::Session& session) : m_session(session) {
     shell::CommandCatalog& c = session.commands();
     c.add(shell::menuCommand("openSplitWindow:", "Posten aufteilen …", shell::Menu::Items, 40, "Ctrl+Shift+T"), [this](const CommandSender&) { openSplitWindow(); });
-    c.add("splitAction:", [this](const CommandSender&) { splitAction(); });
+    c.add("splitAction:", [this](const CommandSender&) { return splitAction(); });
     c.add("cancelSplitWindow:", [this](const CommandSender&) { cancelSplitWindow(); });
 }
 
@@ -68,12 +68,10 @@ void SplitController::openSplitWindow() {
     fields.set("sumFieldCalChelp.textColor", Value::string(colour));
 }
 
-void SplitController::splitAction() {
+CommandResult SplitController::splitAction() {
     Record* item = m_session.selection().currentItem();
-    if (m_session.settings().getInteger("calculatorHelpIndex") == 0)
-        splitByShare(item);
-    else
-        splitByTax(item);
+    if (m_session.settings().getInteger("calculatorHelpIndex") == 0) return splitByShare(item);
+    return splitByTax(item);
 }
 
 void SplitController::cancelSplitWindow() {
@@ -81,7 +79,7 @@ void SplitController::cancelSplitWindow() {
 }
 
 // The share is not checked: 0 leaves nothing and more than 100 raises the sum.
-void SplitController::splitByShare(Record* item) {
+CommandResult SplitController::splitByShare(Record* item) {
     const core::Settings& settings = m_session.settings();
     const float share = posting::splitShareFor(settings.getInteger("selectedSplitIndex"),
                                                settings.getFloat("customSplitValue"));
@@ -90,9 +88,10 @@ void SplitController::splitByShare(Record* item) {
         item->set("amount", Value::floatValue(posting::shareOfSum(sum, share)));
     }
     finish();
+    return CommandResult::done();
 }
 
-void SplitController::splitByTax(Record* item) {
+CommandResult SplitController::splitByTax(Record* item) {
     const bool taxBool = item && posting::isExactlyTrue(item->get("taxBool"));
     const int32_t taxTag = item ? item->getInt("taxTag") : 0;
     switch (posting::checkTaxPage(taxBool, taxTag)) {
@@ -107,13 +106,15 @@ void SplitController::splitByTax(Record* item) {
     const float net = netSumOf(m_session.fields().get("sumFieldCalChelp"));
     item->set("amount", Value::floatValue(posting::grossOfNet(net, rate)));
     finish();
+    return CommandResult::done();
 }
 
 // A refusal leaves the calculator open and the item as it was.
-void SplitController::refuse(const char* text) {
+CommandResult SplitController::refuse(const char* text) {
     Ui& ui = m_session.services().ui;
     ui.beep();
     ui.alert(AlertRequest{"Fehler!", text, {"OK"}, AlertStyle::Warning, {}});
+    return CommandResult::refused(text);
 }
 
 void SplitController::finish() {

@@ -11,6 +11,7 @@
 // Settings: "calculatorHelpIndex" (0 the share page, any other value the tax page),
 // "selectedSplitIndex" and "customSplitValue" (the share).
 
+#include "shell/commandcatalog.h"
 #include "shell/feature.h"
 
 namespace zifora::core {
@@ -32,14 +33,14 @@ class SplitController final : public shell::Feature {
     /// The calculator opens: its net sum is cleared and the sign of the item's kind shown.
     void openSplitWindow();
     /// The calculator's OK: the share or the tax page by "calculatorHelpIndex".
-    void splitAction();
+    shell::CommandResult splitAction();
     /// Ends the calculator without a change.
     void cancelSplitWindow();
 
   private:
-    void splitByShare(core::Record* item);
-    void splitByTax(core::Record* item);
-    void refuse(const char* text);
+    shell::CommandResult splitByShare(core::Record* item);
+    shell::CommandResult splitByTax(core::Record* item);
+    shell::CommandResult refuse(const char* text);
     /// Schedules the recalculation of the selected item and closes the calculator.
     void finish();
     void recalculateSelectedItem();
@@ -47,5 +48,6 @@ class SplitController final : public shell::Feature {
     shell::Session& m_session;
 };
 
-} // namespace zifora::bookkeeping#include "shell/feature.h"
+} // namespace zifora::bookkeeping#include "shell/commandcatalog.h"
+#include "shell/feature.h"
 

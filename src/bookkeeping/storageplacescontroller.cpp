@@ -6,6 +6,7 @@ namespace zifora::bookkeeping {
 
 namespace {
 
+using shell::CommandResult;
 using shell::CommandSender;
 
 constexpr const char* kCustomLocationWarning =
@@ -29,13 +30,13 @@ void StoragePlacesController::registerCommands() {
     shell::CommandCatalog& c = m_session.commands();
     c.add(shell::menuCommand("setLibraryPath:", "Speicherort der Datenbank …",
                              shell::Menu::Places, 10),
-          [this](const CommandSender&) { setLibraryPath(); });
+          [this](const CommandSender&) { return setLibraryPath(); });
     c.add(shell::menuCommand("setBackupPath:", "Speicherort der Backups …", shell::Menu::Places,
                              20),
-          [this](const CommandSender&) { setBackupPath(); });
+          [this](const CommandSender&) { return setBackupPath(); });
     c.add(shell::menuCommand("setDocumentsPath:", "Speicherort der Dokumente …",
                              shell::Menu::Places, 30),
-          [this](const CommandSender&) { setDocumentsPath(); });
+          [this](const CommandSender&) { return setDocumentsPath(); });
 }
 
 std::optional<std::string> StoragePlacesController::chooseStorageFolder() {
@@ -51,12 +52,12 @@ void StoragePlacesController::refuse(const char* text) {
         shell::AlertRequest{"Fehler!", text, {"OK"}, shell::AlertStyle::Warning, {}});
 }
 
-void StoragePlacesController::setLibraryPath() {
+CommandResult StoragePlacesController::setLibraryPath() {
     core::Settings& s = m_session.settings();
     m_session.services().ui.alert(shell::AlertRequest{
         "Warnung!", kCustomLocationWarning, {"OK"}, shell::AlertStyle::Critical, {}});
     auto chosen = chooseStorageFolder();
-    if (!chosen || chosen->empty()) return;
+    if (!chosen || chosen->empty()) return CommandResult::cancelled();
     const char* refusal = nullptr;
     if (*chosen == s.getString("prefsBackupPath"))
         refusal = "Der Speicherort für die Datenbank darf nicht identisch mit dem für die Backups sein.";
@@ -66,15 +67,16 @@ void StoragePlacesController::setLibraryPath() {
         refuse(refusal);
         s.setString("customLocationPath", "");
         s.setBool("useCustomLocation", false);
-        return;
+        return CommandResult::refused(refusal);
     }
     s.setString("customLocationPath", *chosen);
+    return CommandResult::done();
 }
 
-void StoragePlacesController::setBackupPath() {
+CommandResult StoragePlacesController::setBackupPath() {
     core::Settings& s = m_session.settings();
     auto chosen = chooseStorageFolder();
-    if (!chosen || chosen->empty()) return;
+    if (!chosen || chosen->empty()) return CommandResult::cancelled();
     const char* refusal = nullptr;
     if (*chosen == s.getString("customLocationPath"))
         refusal = "Der Speicherort für das Backup darf nicht identisch mit dem für die Datenbank sein.";
@@ -85,15 +87,16 @@ void StoragePlacesController::setBackupPath() {
         refuse(refusal);
         s.setString("prefsBackupPath", "");
         s.setBool("prefsMakeBackup", false);
-        return;
+        return CommandResult::refused(refusal);
     }
     s.setString("prefsBackupPath", *chosen);
+    return CommandResult::done();
 }
 
-void StoragePlacesController::setDocumentsPath() {
+CommandResult StoragePlacesController::setDocumentsPath() {
     core::Settings& s = m_session.settings();
     auto chosen = chooseStorageFolder();
-    if (!chosen || chosen->empty()) return;
+    if (!chosen || chosen->empty()) return CommandResult::cancelled();
     const char* refusal = nullptr;
     if (*chosen == s.getString("prefsBackupPath"))
         refusal = "Der Speicherort für die Dokumente darf nicht identisch mit dem für die Backups sein.";
@@ -102,9 +105,10 @@ void StoragePlacesController::setDocumentsPath() {
     if (refusal) {
         refuse(refusal);
         s.setString("prefsDocPath", "");
-        return;
+        return CommandResult::refused(refusal);
     }
     s.setString("prefsDocPath", *chosen);
+    return CommandResult::done();
 }
 
 } // namespace zifora::bookkeeping

@@ -2,6 +2,7 @@
 // The folders the user chooses for the database, the backups and the documents. No two of
 // them may be the same folder.
 
+#include "shell/commandcatalog.h"
 #include "shell/feature.h"
 
 #include <optional>
@@ -19,9 +20,9 @@ class StoragePlacesController final : public shell::Feature {
     explicit StoragePlacesController(shell::Session& session);
     [[nodiscard]] std::string_view name() const override { return "Speicherorte"; }
 
-    void setLibraryPath();
-    void setBackupPath();
-    void setDocumentsPath();
+    shell::CommandResult setLibraryPath();
+    shell::CommandResult setBackupPath();
+    shell::CommandResult setDocumentsPath();
 
   private:
     void registerCommands();

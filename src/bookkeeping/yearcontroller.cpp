@@ -50,14 +50,14 @@ YearController::YearController(shell::Session& session)
 
 void YearController::registerCommands() {
     shell::CommandCatalog& c = m_session.commands();
-    c.add(shell::menuCommand("addYear:", "Neues Jahr", shell::Menu::Books, 10, "Ctrl+Shift+J"), [this](const CommandSender&) { addYear(); });
-    c.add("closeYear:", [this](const CommandSender&) { closeYear(); });
-    c.add(shell::menuCommand("editYear:", "Jahr bearbeiten …", shell::Menu::Books, 20), [this](const CommandSender&) { editYear(); });
-    c.add(shell::menuCommand("deleteYear:", "Jahr löschen …", shell::Menu::Books, 30), [this](const CommandSender&) { deleteYear(); });
-    c.add(shell::menuCommand("addList:", "Neue Abrechnung", shell::Menu::Books, 40, "Ctrl+Shift+A"), [this](const CommandSender&) { addList(); });
-    c.add("closeList:", [this](const CommandSender&) { closeList(); });
-    c.add(shell::menuCommand("editList:", "Abrechnung bearbeiten …", shell::Menu::Books, 50), [this](const CommandSender&) { editList(); });
-    c.add(shell::menuCommand("deleteList:", "Abrechnung löschen …", shell::Menu::Books, 60), [this](const CommandSender&) { deleteList(); });
+    c.add(shell::menuCommand("addYear:", "Neues Jahr", shell::Menu::Books, 10, "Ctrl+Shift+J"), [this](const CommandSender&) { return addYear(); });
+    c.add("closeYear:", [this](const CommandSender&) { return closeYear(); });
+    c.add(shell::menuCommand("editYear:", "Jahr bearbeiten …", shell::Menu::Books, 20), [this](const CommandSender&) { return editYear(); });
+    c.add(shell::menuCommand("deleteYear:", "Jahr löschen …", shell::Menu::Books, 30), [this](const CommandSender&) { return deleteYear(); });
+    c.add(shell::menuCommand("addList:", "Neue Abrechnung", shell::Menu::Books, 40, "Ctrl+Shift+A"), [this](const CommandSender&) { return addList(); });
+    c.add("closeList:", [this](const CommandSender&) { return closeList(); });
+    c.add(shell::menuCommand("editList:", "Abrechnung bearbeiten …", shell::Menu::Books, 50), [this](const CommandSender&) { return editList(); });
+    c.add(shell::menuCommand("deleteList:", "Abrechnung löschen …", shell::Menu::Books, 60), [this](const CommandSender&) { return deleteList(); });
 }
 
 ListController& YearController::listOf(const Form& form) {
@@ -74,7 +74,7 @@ std::vector<std::string> YearController::offeredTitles(const Form& form) const {
 // ---------------------------------------------------------------------------------------
 // Adding
 
-void YearController::addYear() {
+CommandResult YearController::addYear() {
     core::Settings& settings = m_session.settings();
     // The first-steps display passes through step 5 on its way to step 3.
     settings.setInteger("jaImage", 5);
@@ -82,24 +82,24 @@ void YearController::addYear() {
     settings.setInteger("jaImage", 3);
     // Without a client there is no list to put a year into.
     if (!m_session.selection().currentClient()) {
-        refuse("Du musst erst einen Benutzer anlegen.");
-        return;
+        return refuse("Du musst erst einen Benutzer anlegen.");
     }
     showNewRecordForm(m_year, m_session.selection().years,
                       Record::make(RecordClass::Year, m_session.now()));
+    return CommandResult::done();
 }
 
-void YearController::addList() {
+CommandResult YearController::addList() {
     core::Settings& settings = m_session.settings();
     // Both marks are set before the test, so a refused first period still counts.
     settings.setBool("firstListSet", true);
     settings.setInteger("jaImage", 4);
     if (!m_session.selection().currentYear()) {
-        refuse("Du musst erst ein Jahr anlegen.");
-        return;
+        return refuse("Du musst erst ein Jahr anlegen.");
     }
     showNewRecordForm(m_list, m_session.selection().lists,
                       Record::make(RecordClass::Thelist, m_session.now()));
+    return CommandResult::done();
 }
 
 // The record exists from the moment its form opens; there is no way to cancel it.
@@ -116,38 +116,39 @@ void YearController::showNewRecordForm(Form& form, ListController& list, core::R
 // ---------------------------------------------------------------------------------------
 // The forms
 
-void YearController::closeYear() {
-    closeForm(m_year);
+CommandResult YearController::closeYear() {
+    return closeForm(m_year);
 }
-void YearController::closeList() {
-    closeForm(m_list);
+CommandResult YearController::closeList() {
+    return closeForm(m_list);
 }
 
-void YearController::closeForm(Form& form) {
+CommandResult YearController::closeForm(Form& form) {
     if (core::utf8CharacterCount(m_session.fields().text(form.chooser)) > 1) {
         // The help panel is attached to the form: it goes and comes back with it.
         m_session.services().ui.hideWindow(form.window);
-        return;
+        return CommandResult::done();
     }
-    refuse(form.nothingChosen);
+    return refuse(form.nothingChosen);
 }
 
-void YearController::editYear() {
-    editForm(m_year);
+CommandResult YearController::editYear() {
+    return editForm(m_year);
 }
-void YearController::editList() {
-    editForm(m_list);
+CommandResult YearController::editList() {
+    return editForm(m_list);
 }
 
-void YearController::editForm(Form& form) {
+CommandResult YearController::editForm(Form& form) {
     if (!listOf(form).selected()) {
         m_session.services().ui.beep();
-        return;
+        return CommandResult::refused({});
     }
     if (m_session.settings().getBool(form.helpSetting) && !form.helpOpen) openHelp(form);
     m_session.settings().setInteger(form.pageSetting, 0);
     m_session.services().ui.showWindow(form.window);
     loadForm(form);
+    return CommandResult::done();
 }
 
 void YearController::openHelp(Form& form) {
@@ -198,32 +199,34 @@ void YearController::chooserChanged(Form& form) {
 // ---------------------------------------------------------------------------------------
 // Deleting
 
-void YearController::deleteYear() {
-    deleteSelected(m_year);
+CommandResult YearController::deleteYear() {
+    return deleteSelected(m_year);
 }
-void YearController::deleteList() {
-    deleteSelected(m_list);
+CommandResult YearController::deleteList() {
+    return deleteSelected(m_list);
 }
 
 // Everything the record holds goes with it; a marked period or one with items is not
 // guarded further.
-void YearController::deleteSelected(Form& form) {
+CommandResult YearController::deleteSelected(Form& form) {
     ListController& list = listOf(form);
     if (!list.selectionIndex()) {
         m_session.services().ui.beep();
-        return;
+        return CommandResult::refused({});
     }
     AlertRequest question{
         form.deleteTitle, form.deleteText, {"Löschen", "Abbrechen"}, AlertStyle::Warning, {}};
-    if (m_session.services().ui.alert(question) != 1) return;
+    if (m_session.services().ui.alert(question) != 1) return CommandResult::cancelled();
     auto index = list.selectionIndex();
-    if (!index) return;
+    if (!index) return CommandResult::cancelled();
     list.removeAt(*index);
     m_session.selectionChanged();
+    return CommandResult::done();
 }
 
-void YearController::refuse(const char* text) {
+CommandResult YearController::refuse(const char* text) {
     m_session.services().ui.alert(AlertRequest{"Fehler!", text, {"OK"}, AlertStyle::Warning, {}});
+    return CommandResult::refused(text);
 }
 
 } // namespace zifora::bookkeeping

@@ -2,6 +2,7 @@
 // Years and settlement periods: adding, editing, closing and deleting them, and the two
 // forms whose choosers name them.
 
+#include "shell/commandcatalog.h"
 #include "shell/feature.h"
 #include "core/value.h"
 
@@ -33,15 +34,15 @@ class YearController final : public shell::Feature {
     /// periods (`addList:` …), and observes the form fields.
     explicit YearController(shell::Session& session);
 
-    void addYear();
-    void closeYear();
-    void editYear();
-    void deleteYear();
+    shell::CommandResult addYear();
+    shell::CommandResult closeYear();
+    shell::CommandResult editYear();
+    shell::CommandResult deleteYear();
 
-    void addList();
-    void closeList();
-    void editList();
-    void deleteList();
+    shell::CommandResult addList();
+    shell::CommandResult closeList();
+    shell::CommandResult editList();
+    shell::CommandResult deleteList();
 
   private:
     /// What tells the two forms apart.
@@ -67,11 +68,11 @@ class YearController final : public shell::Feature {
     void loadForm(Form& form);
     void openHelp(Form& form);
     void showNewRecordForm(Form& form, shell::ListController& list, core::Ref<core::Record> made);
-    void closeForm(Form& form);
-    void editForm(Form& form);
-    void deleteSelected(Form& form);
+    shell::CommandResult closeForm(Form& form);
+    shell::CommandResult editForm(Form& form);
+    shell::CommandResult deleteSelected(Form& form);
     void setFieldQuietly(std::string_view name, std::string_view text);
-    void refuse(const char* text);
+    shell::CommandResult refuse(const char* text);
 
     shell::Session& m_session;
     Form m_year;

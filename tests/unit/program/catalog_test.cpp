@@ -88,5 +88,28 @@ TEST(Catalog, MenuTitlesHaveOneMnemonicEachAndNoTwoShareIt) {
     EXPECT_FALSE(seen.contains('f'));
 }
 
+TEST(Catalog, HandlersSayWhetherTheyWereDoneRefusedOrCancelled) {
+    Whole program;
+    shell::Session& session = program.headless.session();
+    // No client: the year is refused with the alert's words.
+    auto refused = session.run("addYear:");
+    ASSERT_TRUE(refused);
+    EXPECT_EQ(refused->outcome, shell::Outcome::Refused);
+    EXPECT_EQ(refused->refusal, "Du musst erst einen Benutzer anlegen.");
+
+    session.setClients({core::Record::make(core::RecordClass::Client, core::Date{0})});
+    session.selectionChanged();
+    EXPECT_EQ(session.run("addYear:")->outcome, shell::Outcome::Done);
+    session.fields().set("yearPopUp", core::Value::string("2002")); // the clock stands in 2001
+    EXPECT_EQ(session.run("closeYear:")->outcome, shell::Outcome::Done);
+    // The question of the deletion answered with its second button.
+    program.headless.services.ui.queueAnswer(0);
+    EXPECT_EQ(session.run("deleteYear:")->outcome, shell::Outcome::Cancelled);
+    EXPECT_EQ(session.selection().years.count(), 1u);
+    // A void handler counts as done; a folder dialog cancelled cancels.
+    EXPECT_EQ(session.run("setDocumentsPath:")->outcome, shell::Outcome::Cancelled);
+    EXPECT_EQ(session.run("showAbout:")->outcome, shell::Outcome::Done);
+}
+
 } // namespace
 } // namespace zifora::program
