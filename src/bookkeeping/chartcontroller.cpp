@@ -75,18 +75,18 @@ ChartController::ChartController(shell::Session& session, std::optional<std::fil
         c.add(std::move(command),
               [this, chart, ask](const CommandSender&) { loadChart(chart, ask); });
     };
-    add(menuCommand("loadCompleteAccounts:", "Kontenrahmen SKR04 vollständig laden …",
+    add(menuCommand("loadCompleteAccounts:", "Kontenrahmen SKR04 voll&ständig laden …",
                     Menu::MasterData, 80),
         core::BuiltInChart::Complete, true);
     add(internalStep("loadCompleteAccountsSetup:"), core::BuiltInChart::Complete, false);
-    add(menuCommand("loadDefaultAccounts:", "Kontenrahmen SKR04 Standard laden …",
+    add(menuCommand("loadDefaultAccounts:", "Kontenrahmen SKR04 S&tandard laden …",
                     Menu::MasterData, 90),
         core::BuiltInChart::Standard, true);
     add(internalStep("loadDefaultAccountsSetup:"), core::BuiltInChart::Standard, false);
-    add(menuCommand("loadMinimalAccounts:", "Kontenrahmen minimal laden …", Menu::MasterData, 100),
+    add(menuCommand("loadMinimalAccounts:", "Kontenrahmen &minimal laden …", Menu::MasterData, 100),
         core::BuiltInChart::Minimal, true);
     add(internalStep("loadMinimalAccountsSetup:"), core::BuiltInChart::Minimal, false);
-    c.add(shell::menuCommand("exportAccountsCSV:", "Konten als CSV exportieren …", shell::Menu::File, 40), [this](const CommandSender&) { exportAccountsCSV(); });
+    c.add(shell::menuCommand("exportAccountsCSV:", "&Konten als CSV exportieren …", shell::Menu::File, 40), [this](const CommandSender&) { exportAccountsCSV(); });
 }
 
 bool ChartController::confirmLoad(core::BuiltInChart chart) {

@@ -53,12 +53,12 @@ void ClientController::clientFieldChanged(const std::string& name, const Value& 
 
 void ClientController::registerCommands() {
     shell::CommandCatalog& c = m_session.commands();
-    c.add(shell::menuCommand("createClient:", "Neuer Benutzer", shell::Menu::Clients, 10,
+    c.add(shell::menuCommand("createClient:", "&Neuer Benutzer", shell::Menu::Clients, 10,
                              "Ctrl+Shift+N"),
           [this](const CommandSender&) { createClient(); });
-    c.add(shell::menuCommand("deleteClient:", "Benutzer löschen …", shell::Menu::Clients, 20),
+    c.add(shell::menuCommand("deleteClient:", "Benutzer &löschen …", shell::Menu::Clients, 20),
           [this](const CommandSender&) { deleteClient(); });
-    c.add(shell::menuCommand("changeCurrentClient:", "Benutzerdaten übernehmen",
+    c.add(shell::menuCommand("changeCurrentClient:", "Benutzerdaten &übernehmen",
                              shell::Menu::Clients, 30),
           [this](const CommandSender&) { changeCurrentClient(); });
     c.add("setCurrentClientToPrefs", [this](const CommandSender&) { setCurrentClientToPrefs(); });

@@ -46,7 +46,7 @@ DatabaseController::DatabaseController(shell::Session& session) : m_session(sess
 
 void DatabaseController::registerCommands() {
     shell::CommandCatalog& c = m_session.commands();
-    c.add(shell::menuCommand("save:", "Sichern", shell::Menu::File, 10, "Ctrl+S"),
+    c.add(shell::menuCommand("save:", "&Sichern", shell::Menu::File, 10, "Ctrl+S"),
           [this](const CommandSender&) { saveDataToDisk(); });
     c.add("autoSave:", [this](const CommandSender&) { saveDataToDisk(); });
     c.add("saveDataToDisk", [this](const CommandSender&) { saveDataToDisk(); });

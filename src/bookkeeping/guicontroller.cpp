@@ -46,36 +46,36 @@ void GUIController::registerCommands() {
               [workspace, path](const CommandSender&) { workspace->openFile(productPage(path)); });
     };
 
-    show(menuCommand("showPrefs:", "Einstellungen …", Menu::File, 20, "Ctrl+,"), "preferences");
-    show(menuCommand("runKontenwerker:", "Kontenrahmen bearbeiten …", Menu::MasterData, 110),
+    show(menuCommand("showPrefs:", "&Einstellungen …", Menu::File, 20, "Ctrl+,"), "preferences");
+    show(menuCommand("runKontenwerker:", "Kontenrahmen b&earbeiten …", Menu::MasterData, 110),
          "accountsWindow");
-    show(menuCommand("showWelcome:", "Willkommen …", Menu::Help, 30), "welcome");
+    show(menuCommand("showWelcome:", "&Willkommen …", Menu::Help, 30), "welcome");
     hide("closeWelcome:", "welcome");
-    show(menuCommand("showAbout:", "Über Zifora", Menu::Help, 130), "about");
+    show(menuCommand("showAbout:", "Ü&ber Zifora", Menu::Help, 130), "about");
     hide("closeAbout:", "about");
     hide("closeNewsletter:", "newsletter");
     c.add("closeNewsletterForever:", [this](const CommandSender&) {
         m_session.settings().setBool("isWelcomeerShown", true);
         m_session.services().ui.hideWindow("newsletter");
     });
-    c.add(shell::menuCommand("selectAssi:", "Einrichtungsassistent …", shell::Menu::Help, 40), [this](const CommandSender&) { selectAssi(); });
+    c.add(shell::menuCommand("selectAssi:", "&Einrichtungsassistent …", shell::Menu::Help, 40), [this](const CommandSender&) { selectAssi(); });
     c.add("finishAssi:", [this](const CommandSender&) { finishAssi(); });
     hide("cancelAssi:", "assistant");
-    c.add(shell::menuCommand("toggleHelp:", "Hilfe zum Hauptfenster", shell::Menu::Help, 20, "Shift+F1"), [this](const CommandSender&) { openHelpPage(kMainWindowHelp); });
-    c.add(shell::menuCommand("toggleDocs:", "Zifora-Hilfe", shell::Menu::Help, 10, "F1"), [this](const CommandSender&) { openHelpPage(kHelpIndex); });
+    c.add(shell::menuCommand("toggleHelp:", "Hilfe zum &Hauptfenster", shell::Menu::Help, 20, "Shift+F1"), [this](const CommandSender&) { openHelpPage(kMainWindowHelp); });
+    c.add(shell::menuCommand("toggleDocs:", "&Zifora-Hilfe", shell::Menu::Help, 10, "F1"), [this](const CommandSender&) { openHelpPage(kHelpIndex); });
     c.add("showSearchPopover:", [this](const CommandSender&) { showSearchPopover(); });
-    web(menuCommand("openSupport:", "Support …", Menu::Help, 100), "/support/");
-    web(menuCommand("openFeedback:", "Feedback senden …", Menu::Help, 110), "/feedback/");
-    web(menuCommand("openACK:", "Danksagungen …", Menu::Help, 120), "/danksagungen/");
-    web(menuCommand("openNewsletter:", "Newsletter bestellen …", Menu::Help, 90), "/newsletter/");
+    web(menuCommand("openSupport:", "&Support …", Menu::Help, 100), "/support/");
+    web(menuCommand("openFeedback:", "&Feedback senden …", Menu::Help, 110), "/feedback/");
+    web(menuCommand("openACK:", "&Danksagungen …", Menu::Help, 120), "/danksagungen/");
+    web(menuCommand("openNewsletter:", "&Newsletter bestellen …", Menu::Help, 90), "/newsletter/");
 }
 
 void GUIController::registerHelpSheets() {
     shell::CommandCatalog& c = m_session.commands();
     Ui* ui = &m_session.services().ui;
     // The menu's words for the four sheets, in the order of kHelpSheets.
-    static constexpr const char* kLabels[] = {"Erste Schritte …", "Zifora einrichten …",
-                                              "Konten und Kategorien …", "Posten erfassen …"};
+    static constexpr const char* kLabels[] = {"E&rste Schritte …", "Zifora einri&chten …",
+                                              "&Konten und Kategorien …", "&Posten erfassen …"};
     int position = 50;
     for (size_t i = 0; i < std::size(kHelpSheets); ++i) {
         const std::string name(kHelpSheets[i]);

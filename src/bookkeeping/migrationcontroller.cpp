@@ -48,13 +48,13 @@ MigrationController::MigrationController(shell::Session& session) : m_session(se
 void MigrationController::registerCommands() {
     shell::CommandCatalog& c = m_session.commands();
     c.add("doTheMigration", [this](const CommandSender&) { doTheMigration(); });
-    c.add(shell::menuCommand("migrateWithTag:", "Alte Datenbank migrieren …",
+    c.add(shell::menuCommand("migrateWithTag:", "&Alte Datenbank migrieren …",
                              shell::Menu::Database, 10),
           [this](const CommandSender& s) { migrateWithTag(s.tag); });
-    c.add(shell::menuCommand("doTheManualMigration", "Datenbank von Hand migrieren …",
+    c.add(shell::menuCommand("doTheManualMigration", "Datenbank von &Hand migrieren …",
                              shell::Menu::Database, 20),
           [this](const CommandSender&) { doTheManualMigration(); });
-    c.add(shell::menuCommand("openMigrationHelp:", "Anleitung zur Migration",
+    c.add(shell::menuCommand("openMigrationHelp:", "Anleitung zur &Migration",
                              shell::Menu::Database, 30),
           [this](const CommandSender&) { openMigrationHelp(); });
 }

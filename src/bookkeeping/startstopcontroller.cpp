@@ -54,9 +54,9 @@ void StartStopController::registerCommands() {
           [this](const CommandSender&) { applicationDidBecomeActive(); });
     c.add("applicationShouldHandleReopen",
           [this](const CommandSender&) { applicationShouldHandleReopen(); });
-    c.add(shell::menuCommand("restart:", "Neu starten", shell::Menu::File, 30),
+    c.add(shell::menuCommand("restart:", "Neu s&tarten", shell::Menu::File, 30),
           [this](const CommandSender&) { restart(); });
-    c.add(shell::menuCommand("terminate:", "Zifora beenden", shell::Menu::File, 90, "Ctrl+Q"),
+    c.add(shell::menuCommand("terminate:", "Zifora &beenden", shell::Menu::File, 90, "Ctrl+Q"),
           [this](const CommandSender&) { terminate(); });
 }
 

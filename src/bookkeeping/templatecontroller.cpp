@@ -14,8 +14,8 @@ using core::Value;
 
 TemplateController::TemplateController(shell::Session& session) : m_session(session) {
     shell::CommandCatalog& c = m_session.commands();
-    c.add(shell::menuCommand("addTemplate:", "Neue Vorlage", shell::Menu::MasterData, 50), [this](const CommandSender&) { addTemplate(); });
-    c.add(shell::menuCommand("makeTemplateFromItem:", "Vorlage aus Posten erstellen", shell::Menu::MasterData, 60), [this](const CommandSender&) { makeTemplateFromItem(); });
+    c.add(shell::menuCommand("addTemplate:", "Neue &Vorlage", shell::Menu::MasterData, 50), [this](const CommandSender&) { addTemplate(); });
+    c.add(shell::menuCommand("makeTemplateFromItem:", "Vorlage aus &Posten erstellen", shell::Menu::MasterData, 60), [this](const CommandSender&) { makeTemplateFromItem(); });
     c.add("selectTemplateSearchSheet:",
           [this](const CommandSender&) { selectTemplateSearchSheet(); });
     m_session.fields().observe([this](const std::string& name, const Value& value) {

@@ -10,9 +10,9 @@ std::string_view menuTitle(Menu menu) {
     case Menu::File: return "&Ablage";
     case Menu::Books: return "&Bücher";
     case Menu::Items: return "&Posten";
-    case Menu::MasterData: return "S&tammdaten";
-    case Menu::Clients: return "Be&nutzer";
-    case Menu::Places: return "&Speicherorte";
+    case Menu::MasterData: return "&Stammdaten";
+    case Menu::Clients: return "Ben&utzer";
+    case Menu::Places: return "Sp&eicherorte";
     case Menu::Database: return "&Datenbank";
     case Menu::Help: return "&Hilfe";
     }

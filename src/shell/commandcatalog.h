@@ -46,7 +46,7 @@ enum class Menu { None, File, Books, Items, MasterData, Clients, Places, Databas
 /// What is known of a command besides its handler.
 struct CommandInfo {
     std::string name;     // the action name ("addYear:")
-    std::string label;    // German, as menus and buttons show it
+    std::string label;    // German, as menus show it; "&" marks the key of the mnemonic
     Menu menu = Menu::None;
     int position = 0;     // the place in its menu, ascending
     std::string shortcut; // portable key text ("Ctrl+Shift+J")
