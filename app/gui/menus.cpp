@@ -19,7 +19,7 @@ constexpr shell::Menu kMenus[] = {shell::Menu::File,       shell::Menu::Books,
 
 QString commandLabel(const shell::CommandCatalog& commands, const std::string& command) {
     const shell::CommandInfo* info = commands.info(command);
-    return info ? QString::fromStdString(info->label) : QString();
+    return info ? QString::fromStdString(info->label).remove(QLatin1Char('&')) : QString();
 }
 
 void buildMenus(QMenuBar& bar, shell::Session& session) {

@@ -15,7 +15,7 @@ namespace zifora::gui {
 /// Fills `bar` with the menus of the session's commands.
 void buildMenus(QMenuBar& bar, shell::Session& session);
 
-/// The German label of a command, or "" when it has none.
+/// The German label of a command without its mnemonic, or "" when it has none.
 QString commandLabel(const shell::CommandCatalog& commands, const std::string& command);
 
 } // namespace zifora::gui

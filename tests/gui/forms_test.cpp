@@ -245,6 +245,7 @@ class FormsTest : public QObject {
     void aTypedDateIsReadAsDayMonthAndYear();
     void aTypedSumIsANumberInGermanNotation();
     void ctrlTSetsTodayInTheItemFormOnly();
+    void aSearchHandsTheKeyboardToTheFieldAfterItsRow();
     void screenshots();
 
   private:
@@ -747,6 +748,56 @@ void FormsTest::ctrlTSetsTodayInTheItemFormOnly() {
     press(Qt::Key_Return);
     QVERIFY(!sheet->isVisible());
     QVERIFY(p.alerts.take().isEmpty());
+}
+
+void FormsTest::aSearchHandsTheKeyboardToTheFieldAfterItsRow() {
+    Program& p = *m_program;
+    p.addBook();
+    gui::ItemSheet* sheet = openNewItem();
+    QVERIFY(sheet);
+    gui::MultiPopover* panel = sheet->popover();
+    auto* accountSearch = child<QToolButton>(sheet, "accountSearchButton");
+
+    // From the keyboard: the account's row is filled, the category comes next.
+    accountSearch->setFocus(Qt::TabFocusReason);
+    press(Qt::Key_Space);
+    QVERIFY(shownActive(panel));
+    typeText(QApplication::focusWidget(), "büro");
+    press(Qt::Key_Return);
+    QVERIFY(!panel->isVisible());
+    QCOMPARE(p.item()->getText("accountNumber"), "4930");
+    QTRY_COMPARE(QApplication::activeWindow(), sheet);
+    QTRY_COMPARE(QApplication::focusWidget(), child<QComboBox>(sheet, "groupPopUp"));
+
+    // A search left with Escape takes nothing and gives the keyboard back to its button.
+    QTest::mouseClick(accountSearch, Qt::LeftButton);
+    QVERIFY(shownActive(panel));
+    press(Qt::Key_Escape);
+    QVERIFY(!panel->isVisible());
+    QTRY_COMPARE(QApplication::activeWindow(), sheet);
+    QTRY_COMPARE(QApplication::focusWidget(), accountSearch);
+    QCOMPARE(p.item()->getText("accountNumber"), "4930");
+
+    // A row picked with the mouse; after the category the comment comes next.
+    QTest::mouseClick(accountSearch, Qt::LeftButton);
+    QVERIFY(shownActive(panel));
+    auto* accounts = static_cast<gui::SearchView*>(panel->view(gui::MultiPopover::AccountsTag));
+    QListWidgetItem* income = accounts->list()->findItems("Erlöse", Qt::MatchContains).value(0);
+    QVERIFY(income);
+    const QPoint at = accounts->list()->visualItemRect(income).center();
+    QTest::mouseClick(accounts->list()->viewport(), Qt::LeftButton, {}, at);
+    press(Qt::Key_Return);
+    QVERIFY(!panel->isVisible());
+    QCOMPARE(p.item()->getText("accountNumber"), "4400");
+    QTRY_COMPARE(QApplication::focusWidget(), child<QComboBox>(sheet, "groupPopUp"));
+    QTest::mouseClick(child<QToolButton>(sheet, "groupSearchButton"), Qt::LeftButton);
+    QVERIFY(shownActive(panel));
+    press(Qt::Key_Return);
+    QCOMPARE(p.item()->getText("group"), "Büro");
+    QTRY_COMPARE(QApplication::activeWindow(), sheet);
+    QTRY_COMPARE(QApplication::focusWidget(), child<QWidget>(sheet, "commentField"));
+    press(Qt::Key_Escape);
+    QVERIFY(!sheet->isVisible());
 }
 
 void FormsTest::screenshots() {

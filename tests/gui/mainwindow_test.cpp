@@ -4,6 +4,8 @@
 
 #include "icons.h"
 #include "mainwindow.h"
+#include "menus.h"
+#include "preferences/preferencescontroller.h"
 #include "toolbar.h"
 #include "toolbardialog.h"
 
@@ -22,6 +24,8 @@
 #include <QLabel>
 #include <QListView>
 #include <QListWidget>
+#include <QMenu>
+#include <QMenuBar>
 #include <QMimeData>
 #include <QTableView>
 #include <QTemporaryDir>
@@ -30,6 +34,7 @@
 #include <QWidgetAction>
 #include <QtTest>
 
+#include <map>
 #include <memory>
 #include <set>
 
@@ -270,6 +275,7 @@ class MainWindowTest final : public QObject {
     void periodsAreReorderedByDragging();
     void sumIsColouredBySign();
     void firstStepsShowTheirPicture();
+    void menuMnemonicsAreUnique();
     void screenshots();
 };
 
@@ -706,6 +712,68 @@ void MainWindowTest::screenshots() {
     dialog.show();
     QApplication::processEvents();
     QVERIFY(dialog.grab().save(screenshotPath(QStringLiteral("toolbar-customize.png"))));
+}
+
+// Alt and a letter opens one menu of the bar, and a letter one entry of an open menu.
+void MainWindowTest::menuMnemonicsAreUnique() {
+    Program program;
+    // As in the program, the preferences register their commands before the menus are made.
+    gui::PreferencesController preferences(*program.app);
+    gui::MainWindow& window = program.window();
+    QStringList titles;
+    for (QAction* menuAction : window.menuBar()->actions())
+        titles << menuAction->text().remove('&');
+    for (const char* title : {"Ablage", "Bücher", "Posten", "Stammdaten", "Benutzer",
+                              "Speicherorte", "Datenbank", "Hilfe", "Fenster"})
+        QVERIFY2(titles.contains(QString::fromUtf8(title)), title);
+
+    // The menus of the bar share the Alt keys with the window's titled lists and buttons.
+    std::map<QKeySequence, QString> windowKeys;
+    auto claim = [&windowKeys](const QString& text) {
+        const QKeySequence key = QKeySequence::mnemonic(text);
+        if (key.isEmpty()) return true;
+        const auto [clash, added] = windowKeys.emplace(key, text);
+        if (!added) qWarning() << text << "and" << clash->second << "share" << key;
+        return added;
+    };
+    for (QAction* menuAction : window.menuBar()->actions()) {
+        QVERIFY2(!QKeySequence::mnemonic(menuAction->text()).isEmpty(),
+                 qPrintable(menuAction->text()));
+        QVERIFY(claim(menuAction->text()));
+    }
+    for (const QLabel* label : window.findChildren<QLabel*>())
+        if (label->buddy()) QVERIFY(claim(label->text()));
+    for (const QAbstractButton* button : window.findChildren<QAbstractButton*>())
+        QVERIFY(claim(button->text()));
+
+    // Within an open menu, a letter picks one entry.
+    for (QAction* menuAction : window.menuBar()->actions()) {
+        std::map<QKeySequence, QString> entryKeys;
+        for (QAction* entry : menuAction->menu()->actions()) {
+            const QKeySequence key = QKeySequence::mnemonic(entry->text());
+            if (key.isEmpty()) continue;
+            const auto [clash, added] = entryKeys.emplace(key, entry->text());
+            QVERIFY2(added, qPrintable(menuAction->text() + ": " + entry->text() + " and " +
+                                       clash->second + " share " + key.toString()));
+        }
+    }
+    QCOMPARE(gui::commandLabel(program.app->commands(), "selectNext:"), QStringLiteral("Nächster Posten"));
+
+    // Alt+U opens the menu of the clients, Alt+E that of the storage places.
+    for (auto [key, title] : {std::pair{Qt::Key_U, "Benutzer"}, {Qt::Key_E, "Speicherorte"}}) {
+        window.activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&window));
+        QWidget* focus = QApplication::focusWidget();
+        QTest::keyClick(focus ? focus : &window, key, Qt::AltModifier);
+        QTRY_VERIFY(QApplication::activePopupWidget());
+        auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+        QVERIFY(menu);
+        QCOMPARE(menu->title().remove('&'), QString::fromUtf8(title));
+        QTest::keyClick(menu, Qt::Key_Escape); // the menu closes, the bar keeps the keyboard
+        QTRY_VERIFY(!menu->isVisible());
+        QTest::keyClick(window.menuBar(), Qt::Key_Escape);
+        QTRY_VERIFY(QApplication::focusWidget() != window.menuBar());
+    }
 }
 
 QTEST_MAIN(MainWindowTest)

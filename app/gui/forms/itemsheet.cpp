@@ -460,6 +460,14 @@ void ItemSheet::connectButtons() {
             [this] { openPopover(MultiPopover::AccountsTag, m_accountSearch); });
     connect(m_groupSearch, &QToolButton::clicked, this,
             [this] { openPopover(MultiPopover::GroupsTag, m_groupSearch); });
+    // A search fills the whole row it belongs to (the account's number and title, or the
+    // category), so the keyboard goes on to the field after that row, as Tab would.
+    for (auto [tag, next] : {std::pair<int, QWidget*>{MultiPopover::AccountsTag, m_group},
+                             std::pair<int, QWidget*>{MultiPopover::GroupsTag, m_comment}}) {
+        if (auto* search = qobject_cast<SearchView*>(m_popover->view(tag)))
+            connect(search, &SearchView::chosen, next,
+                    [next] { next->setFocus(Qt::TabFocusReason); });
+    }
     connect(m_templateButton, &QPushButton::clicked, this,
             [this] { openPopover(MultiPopover::TemplatesTag, m_templateButton); });
     connect(m_settingsButton, &QPushButton::clicked, this,

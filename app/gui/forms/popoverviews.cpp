@@ -371,17 +371,10 @@ void SearchView::choose() {
         return;
     }
     controller().select(record);
-    switch (m_source) {
-    case Source::Accounts:
-        m_binder.run("selectAccountSearchSheet:");
-        break;
-    case Source::Groups:
-        m_binder.run("selectGroupSearchSheet:");
-        break;
-    case Source::Templates:
-        m_binder.run("selectTemplateSearchSheet:");
-        break;
-    }
+    const char* command = "selectAccountSearchSheet:";
+    if (m_source == Source::Groups) command = "selectGroupSearchSheet:";
+    if (m_source == Source::Templates) command = "selectTemplateSearchSheet:";
+    if (m_binder.run(command)) emit chosen();
 }
 
 bool SearchView::eventFilter(QObject* watched, QEvent* event) {

@@ -97,6 +97,10 @@ class SearchView final : public PopoverView {
     [[nodiscard]] QLineEdit* filter() const { return m_filter; }
     [[nodiscard]] QListWidget* list() const { return m_list; }
 
+  signals:
+    /// A row was taken into the item.
+    void chosen();
+
   protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
