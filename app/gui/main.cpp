@@ -3,6 +3,7 @@
 #include "forms/formsheets.h"
 #include "mainwindow.h"
 #include "preferences/preferencescontroller.h"
+#include "qttexts.h"
 #include "screenshots.h"
 #include "singleinstance.h"
 #include "startsheets.h"
@@ -26,6 +27,10 @@ int main(int argc, char** argv) {
     QApplication::setQuitOnLastWindowClosed(false);
     // Numbers in files are read without the locale; formatting uses ICU with the locale.
     std::setlocale(LC_NUMERIC, "C");
+    // Qt's own texts (file dialogs, the menus of text fields, key names) in the program's
+    // language, and file dialogs that they reach.
+    zifora::gui::installQtTranslations(application, zifora::gui::programLocale());
+    zifora::gui::chooseFileDialogs(zifora::gui::desktopPortalAround());
 
 #ifdef ZIFORA_SCREENSHOTS
     // The screenshot tool is this program built once more; its argument is the folder of

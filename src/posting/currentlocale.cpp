@@ -36,10 +36,18 @@ std::string normalizedLocaleName(std::string_view posixName) {
 }
 
 std::string currentLocaleName(LocaleCategory category) {
-    const bool numbers = category == LocaleCategory::Numbers;
-    const char* process = std::setlocale(numbers ? LC_NUMERIC : LC_TIME, nullptr);
+    int processCategory = LC_NUMERIC;
+    const char* variable = "LC_NUMERIC";
+    if (category == LocaleCategory::Dates) {
+        processCategory = LC_TIME;
+        variable = "LC_TIME";
+    } else if (category == LocaleCategory::Messages) {
+        processCategory = LC_MESSAGES;
+        variable = "LC_MESSAGES";
+    }
+    const char* process = std::setlocale(processCategory, nullptr);
     std::string_view name = process != nullptr ? withoutEncoding(process) : std::string_view{};
-    if (isNeutral(name)) name = environmentLocale(numbers ? "LC_NUMERIC" : "LC_TIME");
+    if (isNeutral(name)) name = environmentLocale(variable);
     return normalizedLocaleName(name);
 }
 

@@ -7,7 +7,9 @@
 
 namespace zifora::posting {
 
-enum class LocaleCategory { Numbers, Dates };
+/// The category of the process locale that is asked: LC_NUMERIC, LC_TIME or LC_MESSAGES
+/// (the language of the texts).
+enum class LocaleCategory { Numbers, Dates, Messages };
 
 /// The current locale's name in ICU form ("de_DE", "en_US"): the process locale of the
 /// category, else the environment's LC_ALL, the category's variable and LANG, in that order.

@@ -628,6 +628,14 @@ void FormsTest::aTypedDateIsReadAsDayMonthAndYear() {
     QCOMPARE(itemMoment().time(), time);
     QCOMPARE(date->text(), QStringLiteral("15.01.2025"));
 
+    // Clicked into, the field offers its whole date for typing over.
+    QTest::mouseClick(child<QLineEdit>(sheet, "titleField"), Qt::LeftButton);
+    QTest::mouseClick(date, Qt::LeftButton, {}, QPoint(8, date->height() / 2));
+    QTRY_COMPARE(date->selectedText(), date->text());
+    typeText(date, "16.01.2025");
+    press(Qt::Key_Tab);
+    QCOMPARE(itemDay(), QDate(2025, 1, 16));
+
     // Short forms: a two-digit year, parts left out, digits alone.
     const std::pair<const char*, QDate> typings[] = {{"3.2.25", QDate(2025, 2, 3)},
                                                      {"15.01.", QDate(2025, 1, 15)},

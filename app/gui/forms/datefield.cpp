@@ -2,7 +2,9 @@
 
 #include "posting/dateentry.h"
 
+#include <QFocusEvent>
 #include <QKeyEvent>
+#include <QTimer>
 
 namespace zifora::gui {
 
@@ -49,6 +51,16 @@ void DateField::stepDays(int days) {
     const QDate from = *typed;
     setText(dateFieldText(from.addDays(days)));
     m_typed = true;
+}
+
+void DateField::focusInEvent(QFocusEvent* event) {
+    QLineEdit::focusInEvent(event);
+    // The click that brought the keyboard places the cursor after this; the selection
+    // follows it. A second click places the cursor as usual.
+    if (event->reason() == Qt::MouseFocusReason)
+        QTimer::singleShot(0, this, [this] {
+            if (hasFocus()) selectAll();
+        });
 }
 
 void DateField::keyPressEvent(QKeyEvent* event) {

@@ -1,7 +1,8 @@
 #pragma once
 // A date field that takes the date as typed text: "15.01.2025", "15.1.25", "15.01." or
 // "150125", read in day.month.year order when editing ends. It shows its date as
-// dd.MM.yyyy; Up and Down step the date a day back and forth.
+// dd.MM.yyyy; Up and Down step the date a day back and forth. However the keyboard comes
+// to it, by Tab or by a click, the whole date is selected, so that typing replaces it.
 
 #include <QDate>
 #include <QLineEdit>
@@ -28,6 +29,7 @@ class DateField final : public QLineEdit {
     [[nodiscard]] std::optional<QDate> typedDate() const;
 
   protected:
+    void focusInEvent(QFocusEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
 
   private:

@@ -162,6 +162,7 @@ TEST(CurrentLocale, NeutralLocalesMeanGerman) {
     EXPECT_EQ("de_DE", normalizedLocaleName("de_DE.UTF-8@euro"));
     EXPECT_EQ("en_GB", normalizedLocaleName("en_GB.ISO-8859-1"));
     EXPECT_EQ("de_DE", currentLocaleName()); // the tests run under de_DE or C
+    EXPECT_EQ("de_DE", currentLocaleName(LocaleCategory::Messages));
 }
 
 } // namespace
