@@ -52,63 +52,57 @@ void StoragePlacesController::refuse(const char* text) {
         shell::AlertRequest{"Fehler!", text, {"OK"}, shell::AlertStyle::Warning, {}});
 }
 
-CommandResult StoragePlacesController::setLibraryPath() {
+// A folder chosen for one place may be none of the other two.
+CommandResult StoragePlacesController::choose(const Place& place) {
     core::Settings& s = m_session.settings();
-    m_session.services().ui.alert(shell::AlertRequest{
-        "Warnung!", kCustomLocationWarning, {"OK"}, shell::AlertStyle::Critical, {}});
     auto chosen = chooseStorageFolder();
     if (!chosen || chosen->empty()) return CommandResult::cancelled();
-    const char* refusal = nullptr;
-    if (*chosen == s.getString("prefsBackupPath"))
-        refusal = "Der Speicherort für die Datenbank darf nicht identisch mit dem für die Backups sein.";
-    else if (*chosen == s.getString("prefsDocPath"))
-        refusal = "Der Speicherort für die Datenbank darf nicht identisch mit dem für die Dokumente sein.";
-    if (refusal) {
+    for (const auto& [otherSetting, refusal] : place.mustDiffer) {
+        if (*chosen != s.getString(otherSetting)) continue;
         refuse(refusal);
-        s.setString("customLocationPath", "");
-        s.setBool("useCustomLocation", false);
+        s.setString(place.setting, "");
+        if (place.switchedOff) s.setBool(place.switchedOff, false);
         return CommandResult::refused(refusal);
     }
-    s.setString("customLocationPath", *chosen);
+    s.setString(place.setting, *chosen);
     return CommandResult::done();
+}
+
+CommandResult StoragePlacesController::setLibraryPath() {
+    m_session.services().ui.alert(shell::AlertRequest{
+        "Warnung!", kCustomLocationWarning, {"OK"}, shell::AlertStyle::Critical, {}});
+    static constexpr Place database{
+        "customLocationPath",
+        {{{"prefsBackupPath", "Der Speicherort für die Datenbank darf nicht identisch mit dem "
+                              "für die Backups sein."},
+          {"prefsDocPath", "Der Speicherort für die Datenbank darf nicht identisch mit dem für "
+                           "die Dokumente sein."}}},
+        "useCustomLocation"};
+    return choose(database);
 }
 
 CommandResult StoragePlacesController::setBackupPath() {
-    core::Settings& s = m_session.settings();
-    auto chosen = chooseStorageFolder();
-    if (!chosen || chosen->empty()) return CommandResult::cancelled();
-    const char* refusal = nullptr;
-    if (*chosen == s.getString("customLocationPath"))
-        refusal = "Der Speicherort für das Backup darf nicht identisch mit dem für die Datenbank sein.";
-    else if (*chosen == s.getString("prefsDocPath"))
-        // The same words as for the database: kept as the program has always said it.
-        refusal = "Der Speicherort für die Datenbank darf nicht identisch mit dem für die Dokumente sein.";
-    if (refusal) {
-        refuse(refusal);
-        s.setString("prefsBackupPath", "");
-        s.setBool("prefsMakeBackup", false);
-        return CommandResult::refused(refusal);
-    }
-    s.setString("prefsBackupPath", *chosen);
-    return CommandResult::done();
+    // The second refusal has the words of the database's: kept as the program has always
+    // said it.
+    static constexpr Place backups{
+        "prefsBackupPath",
+        {{{"customLocationPath", "Der Speicherort für das Backup darf nicht identisch mit dem "
+                                 "für die Datenbank sein."},
+          {"prefsDocPath", "Der Speicherort für die Datenbank darf nicht identisch mit dem für "
+                           "die Dokumente sein."}}},
+        "prefsMakeBackup"};
+    return choose(backups);
 }
 
 CommandResult StoragePlacesController::setDocumentsPath() {
-    core::Settings& s = m_session.settings();
-    auto chosen = chooseStorageFolder();
-    if (!chosen || chosen->empty()) return CommandResult::cancelled();
-    const char* refusal = nullptr;
-    if (*chosen == s.getString("prefsBackupPath"))
-        refusal = "Der Speicherort für die Dokumente darf nicht identisch mit dem für die Backups sein.";
-    else if (*chosen == s.getString("customLocationPath"))
-        refusal = "Der Speicherort für die Dokumente darf nicht identisch mit dem für die Datenbank sein.";
-    if (refusal) {
-        refuse(refusal);
-        s.setString("prefsDocPath", "");
-        return CommandResult::refused(refusal);
-    }
-    s.setString("prefsDocPath", *chosen);
-    return CommandResult::done();
+    static constexpr Place documents{
+        "prefsDocPath",
+        {{{"prefsBackupPath", "Der Speicherort für die Dokumente darf nicht identisch mit dem "
+                              "für die Backups sein."},
+          {"customLocationPath", "Der Speicherort für die Dokumente darf nicht identisch mit "
+                                 "dem für die Datenbank sein."}}},
+        nullptr};
+    return choose(documents);
 }
 
 } // namespace zifora::bookkeeping

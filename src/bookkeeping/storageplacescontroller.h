@@ -5,6 +5,7 @@
 #include "shell/commandcatalog.h"
 #include "shell/feature.h"
 
+#include <array>
 #include <optional>
 #include <string>
 
@@ -25,7 +26,16 @@ class StoragePlacesController final : public shell::Feature {
     shell::CommandResult setDocumentsPath();
 
   private:
+    /// A place's setting, the settings of the other places it must differ from with the
+    /// refusal of each, and the flag a refusal switches off (none for the documents).
+    struct Place {
+        const char* setting;
+        std::array<std::pair<const char*, const char*>, 2> mustDiffer;
+        const char* switchedOff;
+    };
+
     void registerCommands();
+    shell::CommandResult choose(const Place& place);
     std::optional<std::string> chooseStorageFolder();
     void refuse(const char* text);
 
