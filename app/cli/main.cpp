@@ -4,7 +4,7 @@
 #include "core/keyedarchive.h"
 #include "program/scripts.h"
 #include "program/demobook.h"
-#include "shell/jsondump.h"
+#include "core/jsondump.h"
 
 #include <CLI/CLI.hpp>
 
@@ -22,7 +22,7 @@ int dumpCommand(const std::string& path) {
         std::cerr << "zifora-cli: " << root.error().error.message << "\n";
         return root.error().missing ? 3 : 2;
     }
-    std::cout << zifora::shell::dumpJson(*root) << "\n";
+    std::cout << zifora::core::dumpJson(*root) << "\n";
     return 0;
 }
 
@@ -34,7 +34,7 @@ int loadCommand(const std::string& jsonPath, const std::string& archivePath) {
     }
     std::stringstream text;
     text << in.rdbuf();
-    auto root = zifora::shell::loadJson(text.str());
+    auto root = zifora::core::loadJson(text.str());
     if (!root) {
         std::cerr << "zifora-cli: " << jsonPath << ": " << root.error().message << "\n";
         return 2;

@@ -8,7 +8,7 @@
 #include "program/headlessprogram.h"
 #include "core/chartfiles.h"
 #include "shell/headless.h"
-#include "shell/jsondump.h"
+#include "core/jsondump.h"
 
 #include <array>
 #include <cstdio>
@@ -128,7 +128,7 @@ std::string padded(const std::string& text, size_t width, bool right) {
 class DemoBookMaker {
   public:
     explicit DemoBookMaker(const std::string& home)
-        : m_home(home), m_s(m_events, core::Places::forHome(home), *shell::parseIsoDate(kTypedOn)) {}
+        : m_home(home), m_s(m_events, core::Places::forHome(home), *core::parseIsoDate(kTypedOn)) {}
 
     core::Result<DemoBook> make() {
         start();
@@ -335,7 +335,7 @@ class DemoBookMaker {
     static core::Date dateOf(int month, int day) {
         char text[32];
         std::snprintf(text, sizeof text, "%s-%02d-%02dT10:00:00Z", kYear, month, day);
-        return *shell::parseIsoDate(text);
+        return *core::parseIsoDate(text);
     }
 
     // --- the end --------------------------------------------------------------------------

@@ -1,6 +1,6 @@
 #include "shell/headless.h"
 
-#include "shell/jsondump.h"
+#include "core/jsondump.h"
 
 namespace zifora::shell {
 
@@ -8,7 +8,7 @@ namespace {
 
 std::string jsonString(const std::string& s) {
     std::string out;
-    appendJsonString(out, s);
+    core::appendJsonString(out, s);
     return out;
 }
 
@@ -16,7 +16,7 @@ std::string jsonStrings(const std::vector<std::string>& list) {
     std::string out = "[";
     for (size_t i = 0; i < list.size(); ++i) {
         if (i) out += ',';
-        appendJsonString(out, list[i]);
+        core::appendJsonString(out, list[i]);
     }
     return out + "]";
 }

@@ -1,7 +1,7 @@
 #include "shell/scriptdriver.h"
 
 #include "shell/events.h"
-#include "shell/jsondump.h"
+#include "core/jsondump.h"
 
 #include <nlohmann/json.hpp>
 
@@ -17,7 +17,7 @@ namespace {
 
 std::string jsonText(const std::string& text) {
     std::string out;
-    appendJsonString(out, text);
+    core::appendJsonString(out, text);
     return out;
 }
 
@@ -78,7 +78,7 @@ ScriptDriver::ScriptDriver(Session& session, HeadlessServices& services)
         }
         if (verb == "clock") {
             if (!arg.is_string()) return "clock braucht ein Datum nach ISO 8601";
-            auto date = parseIsoDate(arg.get<std::string>());
+            auto date = core::parseIsoDate(arg.get<std::string>());
             if (!date) return date.error().message;
             m_services.clock.setStart(*date);
             return {};
@@ -93,7 +93,7 @@ ScriptDriver::ScriptDriver(Session& session, HeadlessServices& services)
             return {};
         }
         if (verb == "dump") {
-            m_services.log.emit("{\"dump\":" + dumpJson(m_session.book().databaseRoot()) + "}");
+            m_services.log.emit("{\"dump\":" + core::dumpJson(m_session.book().databaseRoot()) + "}");
             return {};
         }
         if (verb == "dumpSettings") return dumpSettings(arg);
@@ -117,8 +117,8 @@ ScriptDriver::ScriptDriver(Session& session, HeadlessServices& services)
         std::string json = "{\"settings\":{";
         for (size_t i = 0; i < keys.size(); ++i) {
             if (i) json += ',';
-            appendJsonString(json, keys[i]);
-            json += ':' + taggedJson(m_session.settings().get(keys[i])); // absent: null
+            core::appendJsonString(json, keys[i]);
+            json += ':' + core::taggedJson(m_session.settings().get(keys[i])); // absent: null
         }
         m_services.log.emit(json + "}}");
         return {};
@@ -134,8 +134,8 @@ ScriptDriver::ScriptDriver(Session& session, HeadlessServices& services)
             if (!name.is_string()) return "fields: die Namen sind Texte, nicht " + name.dump();
             if (!first) json += ',';
             first = false;
-            appendJsonString(json, name.get<std::string>());
-            json += ':' + taggedJson(m_session.fields().get(name.get<std::string>()));
+            core::appendJsonString(json, name.get<std::string>());
+            json += ':' + core::taggedJson(m_session.fields().get(name.get<std::string>()));
         }
         m_services.log.emit(json + "}}");
         return {};
@@ -177,7 +177,7 @@ ScriptDriver::ScriptDriver(Session& session, HeadlessServices& services)
         core::Record* record = controller->selected();
         if (!record) return "in der Liste " + name + " ist nichts ausgewählt";
         if (!arg["key"].is_string()) return "key muss ein Text sein";
-        auto value = loadTaggedJson(arg.contains("value") ? arg["value"].dump() : "null");
+        auto value = core::loadTaggedJson(arg.contains("value") ? arg["value"].dump() : "null");
         if (!value) return value.error().message;
         record->set(arg["key"].get<std::string>(), *value);
         controller->rearrange();
@@ -194,7 +194,7 @@ ScriptDriver::ScriptDriver(Session& session, HeadlessServices& services)
         else if (value.is_number_integer()) v = core::Value::integer(value.get<int64_t>());
         else if (value.is_number()) v = core::Value::doubleValue(value.get<double>());
         else if (value.is_object()) {
-            auto tagged = loadTaggedJson(value.dump());
+            auto tagged = core::loadTaggedJson(value.dump());
             if (!tagged) return tagged.error().message;
             v = *tagged;
         } else if (!value.is_null()) return "field: unbekannter Wert";
@@ -226,7 +226,7 @@ ScriptDriver::ScriptDriver(Session& session, HeadlessServices& services)
     std::string ScriptDriver::setSettings(const Json& arg) {
         if (!arg.is_object()) return "settings braucht ein Objekt";
         for (auto it = arg.begin(); it != arg.end(); ++it) {
-            auto value = loadTaggedJson(it.value().dump());
+            auto value = core::loadTaggedJson(it.value().dump());
             if (!value) return it.key() + ": " + value.error().message;
             if (value->isAbsent()) m_session.settings().remove(it.key());
             else m_session.settings().set(it.key(), *value);

@@ -1,6 +1,6 @@
 #include "bookkeeping/guicontroller.h"
 
-#include "shell/jsondump.h"
+#include "core/jsondump.h"
 #include "core/resourcefolders.h"
 #include "testbed.h"
 
@@ -94,7 +94,7 @@ class GUIControllerTest : public ::testing::Test {
   protected:
     /// The records and the settings as they are now.
     std::pair<std::string, std::map<std::string, core::Value, std::less<>>> snapshot() {
-        return {dumpJson(m_bed.app.book().databaseRoot()), m_bed.settings.all()};
+        return {core::dumpJson(m_bed.app.book().databaseRoot()), m_bed.settings.all()};
     }
 
     testbed::TestBed m_bed;

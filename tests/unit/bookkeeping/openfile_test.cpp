@@ -1,6 +1,6 @@
 #include "testbed.h"
 
-#include "shell/jsondump.h"
+#include "core/jsondump.h"
 #include "bookkeeping/openfile.h"
 #include "shell/events.h"
 
@@ -24,9 +24,9 @@ const std::string kHinweisText =
 
 std::string alertEvent(const std::string& title, const std::string& text) {
     std::string json = "{\"alert\":{\"title\":";
-    appendJsonString(json, title);
+    core::appendJsonString(json, title);
     json += ",\"text\":";
-    appendJsonString(json, text);
+    core::appendJsonString(json, text);
     return json + ",\"buttons\":[\"OK\"],\"answer\":1,\"queued\":false}}\n";
 }
 

@@ -1,4 +1,4 @@
-#include "shell/jsondump.h"
+#include "core/jsondump.h"
 
 #include "core/base64.h"
 #include "core/civildate.h"
@@ -12,7 +12,7 @@
 #include <cstdio>
 #include <set>
 
-namespace zifora::shell {
+namespace zifora::core {
 
 using core::Kind;
 using core::Record;
@@ -436,4 +436,4 @@ core::Result<Value> loadTaggedJson(std::string_view text) {
     return readTagged(j, "value");
 }
 
-} // namespace zifora::shell
+} // namespace zifora::core

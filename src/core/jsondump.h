@@ -14,7 +14,7 @@
 #include <string>
 #include <string_view>
 
-namespace zifora::shell {
+namespace zifora::core {
 
 /// The dump of an archive's root value, on one line.
 [[nodiscard]] std::string dumpJson(const core::Value& root);
@@ -33,4 +33,4 @@ namespace zifora::shell {
 /// Appends `text` as a JSON string literal (invalid UTF-8 becomes U+FFFD).
 void appendJsonString(std::string& out, std::string_view text);
 
-} // namespace zifora::shell
+} // namespace zifora::core
