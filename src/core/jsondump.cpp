@@ -321,6 +321,16 @@ Json parseJson(std::string_view text, std::string& error) {
 
 } // namespace
 
+std::string taggedObjectJson(const std::vector<std::pair<std::string, core::Value>>& entries) {
+    std::string out = "{";
+    for (const auto& [key, value] : entries) {
+        if (out.size() > 1) out += ',';
+        appendJsonString(out, key);
+        out += ':' + taggedJson(value);
+    }
+    return out + "}";
+}
+
 void appendJsonString(std::string& out, std::string_view text) {
     std::string repaired;
     if (!core::isValidUtf8(text)) {

@@ -13,6 +13,8 @@
 
 #include <string>
 #include <string_view>
+#include <utility>
+#include <vector>
 
 namespace zifora::core {
 
@@ -20,6 +22,9 @@ namespace zifora::core {
 [[nodiscard]] std::string dumpJson(const core::Value& root);
 /// One value in its tagged form (also used for settings).
 [[nodiscard]] std::string taggedJson(const core::Value& value);
+
+/// A JSON object of tagged values, its keys in the given order; an absent value is null.
+[[nodiscard]] std::string taggedObjectJson(const std::vector<std::pair<std::string, core::Value>>& entries);
 
 /// Reads a dump back into values; errors name the place in the JSON.
 [[nodiscard]] core::Result<core::Value> loadJson(std::string_view json);

@@ -1,24 +1,19 @@
 #include "shell/headless.h"
 
-#include "core/jsondump.h"
+#include "core/utf8.h"
 
 namespace zifora::shell {
 
 namespace {
 
-std::string jsonString(const std::string& s) {
-    std::string out;
-    core::appendJsonString(out, s);
-    return out;
-}
-
-std::string jsonStrings(const std::vector<std::string>& list) {
-    std::string out = "[";
-    for (size_t i = 0; i < list.size(); ++i) {
-        if (i) out += ',';
-        core::appendJsonString(out, list[i]);
+// Event texts come from the user's records and file names; they are written as valid UTF-8.
+void repairTexts(EventJson& json) {
+    if (json.is_string()) {
+        const auto& text = json.get_ref<const std::string&>();
+        if (!core::isValidUtf8(text)) json = core::repairedUtf8(text);
+    } else if (json.is_structured()) {
+        for (auto& child : json) repairTexts(child);
     }
-    return out + "]";
 }
 
 const char* dialogKindName(DialogKind kind) {
@@ -32,14 +27,20 @@ const char* dialogKindName(DialogKind kind) {
 
 } // namespace
 
-void EventLog::emit(const std::string& json) {
+void EventLog::emit(const EventJson& event) {
+    EventJson repaired = event;
+    repairTexts(repaired);
+    emitLine(repaired.dump());
+}
+
+void EventLog::emitLine(const std::string& json) {
     m_out << json << '\n';
     m_out.flush();
 }
 
 void EventLog::error(const std::string& message) {
     ++m_errors;
-    emit("{\"error\":" + jsonString(message) + "}");
+    emit({{"error", message}});
 }
 
 int ScriptedUi::alert(const AlertRequest& request) {
@@ -49,16 +50,16 @@ int ScriptedUi::alert(const AlertRequest& request) {
         answer = m_answers.front();
         m_answers.pop_front();
     }
-    std::string json = "{\"alert\":{\"title\":" + jsonString(request.title) +
-                       ",\"text\":" + jsonString(request.text) +
-                       ",\"buttons\":" + jsonStrings(request.buttons) +
-                       ",\"answer\":" + std::to_string(answer);
-    if (!queued) json += ",\"queued\":false";
-    m_log.emit(json + "}}");
+    EventJson body = {{"title", request.title},
+                      {"text", request.text},
+                      {"buttons", request.buttons},
+                      {"answer", answer}};
+    if (!queued) body["queued"] = false;
+    m_log.emit({{"alert", body}});
     return answer;
 }
 
-void ScriptedUi::beep() { m_log.emit("{\"beep\":true}"); }
+void ScriptedUi::beep() { m_log.emit({{"beep", true}}); }
 
 std::optional<std::string> ScriptedUi::chooseFile(const DialogRequest& request) {
     bool queued = !m_choices.empty();
@@ -67,32 +68,30 @@ std::optional<std::string> ScriptedUi::chooseFile(const DialogRequest& request) 
         answer = m_choices.front();
         m_choices.pop_front();
     }
-    std::string json = std::string("{\"dialog\":{\"kind\":\"") + dialogKindName(request.kind) +
-                       "\",\"title\":" + jsonString(request.title) +
-                       ",\"extensions\":" + jsonStrings(request.extensions) +
-                       ",\"suggested\":" + jsonString(request.suggestedName) +
-                       ",\"answer\":" + (answer ? jsonString(*answer) : std::string("null"));
-    if (!queued) json += ",\"queued\":false";
-    m_log.emit(json + "}}");
+    EventJson body = {{"kind", dialogKindName(request.kind)},
+                      {"title", request.title},
+                      {"extensions", request.extensions},
+                      {"suggested", request.suggestedName},
+                      {"answer", answer ? EventJson(*answer) : EventJson(nullptr)}};
+    if (!queued) body["queued"] = false;
+    m_log.emit({{"dialog", body}});
     return answer;
 }
 
 void ScriptedUi::showWindow(const std::string& name) {
-    m_log.emit("{\"window\":{\"show\":" + jsonString(name) + "}}");
+    m_log.emit({{"window", {{"show", name}}}});
 }
 
 void ScriptedUi::hideWindow(const std::string& name) {
-    m_log.emit("{\"window\":{\"hide\":" + jsonString(name) + "}}");
+    m_log.emit({{"window", {{"hide", name}}}});
 }
 
 void ScriptedUi::preview(const std::string& pdfPath, const std::string& title) {
-    m_log.emit("{\"preview\":{\"path\":" + jsonString(pdfPath) + ",\"title\":" + jsonString(title) +
-               "}}");
+    m_log.emit({{"preview", {{"path", pdfPath}, {"title", title}}}});
 }
 
 bool ScriptedUi::print(const std::string& pdfPath, const std::string& title) {
-    m_log.emit("{\"print\":{\"path\":" + jsonString(pdfPath) + ",\"title\":" + jsonString(title) +
-               "}}");
+    m_log.emit({{"print", {{"path", pdfPath}, {"title", title}}}});
     return true;
 }
 
@@ -137,39 +136,37 @@ void VirtualScheduler::advance(double seconds) {
 
 void RecordingClipboard::putText(const std::string& text) {
     m_text = text;
-    m_log.emit("{\"clipboard\":" + jsonString(text) + "}");
+    m_log.emit({{"clipboard", text}});
 }
 
 bool RecordingWorkspace::openFile(const std::string& path) {
-    m_log.emit("{\"open\":" + jsonString(path) + "}");
+    m_log.emit({{"open", path}});
     return true;
 }
 
 bool RecordingWorkspace::revealFile(const std::string& path) {
-    m_log.emit("{\"reveal\":" + jsonString(path) + "}");
+    m_log.emit({{"reveal", path}});
     return true;
 }
 
 bool RecordingWorkspace::launch(const std::string& program, const std::vector<std::string>& arguments) {
-    m_log.emit("{\"launch\":{\"program\":" + jsonString(program) +
-               ",\"arguments\":" + jsonStrings(arguments) + "}}");
+    m_log.emit({{"launch", {{"program", program}, {"arguments", arguments}}}});
     return true;
 }
 
 bool RecordingWorkspace::composeMail(const std::string& to, const std::string& subject,
                                      const std::vector<std::string>& attachments) {
-    m_log.emit("{\"mail\":{\"to\":" + jsonString(to) + ",\"subject\":" + jsonString(subject) +
-               ",\"attachments\":" + jsonStrings(attachments) + "}}");
+    m_log.emit({{"mail", {{"to", to}, {"subject", subject}, {"attachments", attachments}}}});
     return true;
 }
 
 void RecordingWorkspace::terminate() {
     m_terminated = true;
-    m_log.emit("{\"terminate\":true}");
+    m_log.emit({{"terminate", true}});
 }
 
 void RecordingWorkspace::fileWritten(const std::string& path) {
-    m_log.emit("{\"file\":{\"written\":" + jsonString(path) + "}}");
+    m_log.emit({{"file", {{"written", path}}}});
 }
 
 } // namespace zifora::shell

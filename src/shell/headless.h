@@ -5,6 +5,8 @@
 #include "core/value.h"
 #include "shell/services.h"
 
+#include <nlohmann/json.hpp>
+
 #include <deque>
 #include <functional>
 #include <map>
@@ -14,12 +16,17 @@
 
 namespace zifora::shell {
 
+/// An event as a JSON object; its keys keep the order they were added in.
+using EventJson = nlohmann::ordered_json;
+
 /// Writes events as JSON lines.
 class EventLog {
   public:
     explicit EventLog(std::ostream& out) : m_out(out) {}
-    /// `json` is a complete JSON object such as {"beep":true}.
-    void emit(const std::string& json);
+    /// Writes `event` on one line; texts that are no valid UTF-8 are repaired first.
+    void emit(const EventJson& event);
+    /// Writes a line that is already a complete JSON object, such as one the dump codec made.
+    void emitLine(const std::string& json);
     void error(const std::string& message);
     [[nodiscard]] int errorCount() const { return m_errors; }
 

@@ -13,21 +13,10 @@
 
 namespace zifora::shell {
 
-namespace {
-
-std::string jsonText(const std::string& text) {
-    std::string out;
-    core::appendJsonString(out, text);
-    return out;
-}
-
-} // namespace
-
 ScriptDriver::ScriptDriver(Session& session, HeadlessServices& services)
     : m_session(session), m_services(services) {
     m_session.events().subscribe<DatabaseSaveFailed>([this](const DatabaseSaveFailed& failed) {
-        m_services.log.emit("{\"saveFailed\":{\"path\":" + jsonText(failed.path) +
-                            ",\"cause\":" + jsonText(failed.cause) + "}}");
+        m_services.log.emit({{"saveFailed", {{"path", failed.path}, {"cause", failed.cause}}}});
     });
 }
 
@@ -93,7 +82,7 @@ ScriptDriver::ScriptDriver(Session& session, HeadlessServices& services)
             return {};
         }
         if (verb == "dump") {
-            m_services.log.emit("{\"dump\":" + core::dumpJson(m_session.book().databaseRoot()) + "}");
+            m_services.log.emitLine("{\"dump\":" + core::dumpJson(m_session.book().databaseRoot()) + "}");
             return {};
         }
         if (verb == "dumpSettings") return dumpSettings(arg);
@@ -114,13 +103,9 @@ ScriptDriver::ScriptDriver(Session& session, HeadlessServices& services)
         } else {
             for (const auto& [key, value] : m_session.settings().all()) keys.push_back(key);
         }
-        std::string json = "{\"settings\":{";
-        for (size_t i = 0; i < keys.size(); ++i) {
-            if (i) json += ',';
-            core::appendJsonString(json, keys[i]);
-            json += ':' + core::taggedJson(m_session.settings().get(keys[i])); // absent: null
-        }
-        m_services.log.emit(json + "}}");
+        std::vector<std::pair<std::string, core::Value>> entries;
+        for (const std::string& key : keys) entries.emplace_back(key, m_session.settings().get(key));
+        m_services.log.emitLine("{\"settings\":" + core::taggedObjectJson(entries) + "}");
         return {};
     }
 
@@ -128,16 +113,12 @@ ScriptDriver::ScriptDriver(Session& session, HeadlessServices& services)
     // tagged value, a control never set as null.
     std::string ScriptDriver::dumpFields(const Json& arg) {
         if (!arg.is_array()) return "fields braucht eine Liste von Namen";
-        std::string json = "{\"fields\":{";
-        bool first = true;
+        std::vector<std::pair<std::string, core::Value>> entries;
         for (const Json& name : arg) {
             if (!name.is_string()) return "fields: die Namen sind Texte, nicht " + name.dump();
-            if (!first) json += ',';
-            first = false;
-            core::appendJsonString(json, name.get<std::string>());
-            json += ':' + core::taggedJson(m_session.fields().get(name.get<std::string>()));
+            entries.emplace_back(name.get<std::string>(), m_session.fields().get(name.get<std::string>()));
         }
-        m_services.log.emit(json + "}}");
+        m_services.log.emitLine("{\"fields\":" + core::taggedObjectJson(entries) + "}");
         return {};
     }
 
