@@ -76,30 +76,21 @@ struct Posting {
     std::string comment;
 };
 
+Posting typed(int kind, std::string title, int64_t cents, int taxTag, std::string account,
+                std::string group, int day) {
+    return {kind, std::move(title), cents, taxTag, std::move(account), std::move(group), day, false, {}};
+}
+
 Posting income(std::string title, int64_t cents, int taxTag, std::string account, std::string group,
                int day) {
-    return {posting::kKindIncome,
-            std::move(title),
-            cents,
-            taxTag,
-            std::move(account),
-            std::move(group),
-            day,
-            false,
-            {}};
+    return typed(posting::kKindIncome, std::move(title), cents, taxTag, std::move(account),
+                   std::move(group), day);
 }
 
 Posting expense(std::string title, int64_t cents, int taxTag, std::string account,
                 std::string group, int day) {
-    return {posting::kKindExpense,
-            std::move(title),
-            cents,
-            taxTag,
-            std::move(account),
-            std::move(group),
-            day,
-            false,
-            {}};
+    return typed(posting::kKindExpense, std::move(title), cents, taxTag, std::move(account),
+                   std::move(group), day);
 }
 
 /// The postings that come every month; in January they are typed, and become templates.
