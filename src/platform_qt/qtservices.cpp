@@ -175,8 +175,8 @@ void QtUi::preview(const std::string& pdfPath, const std::string& title) {
     QDesktopServices::openUrl(QUrl::fromLocalFile(QString::fromStdString(pdfPath)));
 }
 
-bool QtUi::print(const std::string& pdfPath, const std::string& title) {
-    preview(pdfPath, title);
+bool QtUi::print(const shell::PrintRequest& request) {
+    preview(request.pdfPath, request.title);
     return true;
 }
 

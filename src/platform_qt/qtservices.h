@@ -32,7 +32,7 @@ class QtUi final : public shell::Ui {
     /// Until the preview window of the reports is built, the desktop's PDF viewer shows
     /// the file; the print dialog is offered by that viewer as well.
     void preview(const std::string& pdfPath, const std::string& title) override;
-    bool print(const std::string& pdfPath, const std::string& title) override;
+    bool print(const shell::PrintRequest& request) override;
 
   private:
     QPointer<QWidget> m_parent;

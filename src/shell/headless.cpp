@@ -2,6 +2,8 @@
 
 #include "core/utf8.h"
 
+#include <cmath>
+
 namespace zifora::shell {
 
 namespace {
@@ -14,6 +16,12 @@ void repairTexts(EventJson& json) {
     } else if (json.is_structured()) {
         for (auto& child : json) repairTexts(child);
     }
+}
+
+// A length in points: whole points as integers (40, not 40.0).
+EventJson points(double value) {
+    if (std::trunc(value) == value && std::abs(value) < 1e15) return static_cast<int64_t>(value);
+    return value;
 }
 
 const char* dialogKindName(DialogKind kind) {
@@ -90,8 +98,12 @@ void ScriptedUi::preview(const std::string& pdfPath, const std::string& title) {
     m_log.emit({{"preview", {{"path", pdfPath}, {"title", title}}}});
 }
 
-bool ScriptedUi::print(const std::string& pdfPath, const std::string& title) {
-    m_log.emit({{"print", {{"path", pdfPath}, {"title", title}}}});
+bool ScriptedUi::print(const PrintRequest& request) {
+    m_log.emit({{"print",
+                 {{"path", request.pdfPath},
+                  {"title", request.title},
+                  {"margins", {points(request.marginTop), points(request.marginLeft),
+                               points(request.marginRight), points(request.marginBottom)}}}}});
     return true;
 }
 

@@ -49,7 +49,7 @@ class ScriptedUi final : public Ui {
     void showWindow(const std::string& name) override;
     void hideWindow(const std::string& name) override;
     void preview(const std::string& pdfPath, const std::string& title) override;
-    bool print(const std::string& pdfPath, const std::string& title) override;
+    bool print(const PrintRequest& request) override;
 
   private:
     EventLog& m_log;

@@ -36,6 +36,13 @@ struct DialogRequest {
 };
 
 /// Alerts, dialogs and windows.
+/// A document for the print dialog. Margins are in points.
+struct PrintRequest {
+    std::string pdfPath;
+    std::string title;
+    double marginTop = 72, marginLeft = 72, marginRight = 72, marginBottom = 72;
+};
+
 class Ui {
   public:
     virtual ~Ui() = default;
@@ -50,7 +57,7 @@ class Ui {
     /// Shows a PDF in a preview window titled `title`.
     virtual void preview(const std::string& pdfPath, const std::string& title) = 0;
     /// Offers the print dialog over a PDF; false when the user cancels it.
-    virtual bool print(const std::string& pdfPath, const std::string& title) = 0;
+    virtual bool print(const PrintRequest& request) = 0;
 };
 
 using TimerId = uint64_t;
@@ -115,6 +122,10 @@ class PdfRenderer {
     virtual ~PdfRenderer() = default;
     /// Writes the PDF of `request`; on failure no PDF is left and the cause is returned.
     [[nodiscard]] virtual core::Result<void> render(const PdfRequest& request) = 0;
+    /// Writes the report of `htmlPath` as an RTF file at `rtfPath`, its tables and texts kept;
+    /// on failure no file is left and the cause is returned.
+    [[nodiscard]] virtual core::Result<void> writeRtf(const std::string& htmlPath,
+                                                      const std::string& rtfPath) = 0;
 };
 
 /// No PDF output: every request fails and says so. Stands in where no renderer is given.
@@ -122,6 +133,9 @@ class NoPdfRenderer final : public PdfRenderer {
   public:
     [[nodiscard]] core::Result<void> render(const PdfRequest& request) override {
         return core::fail(request.pdfPath + ": diese Ausgabe von Zifora kann keine PDF-Dateien erzeugen");
+    }
+    [[nodiscard]] core::Result<void> writeRtf(const std::string&, const std::string& rtfPath) override {
+        return core::fail(rtfPath + ": diese Ausgabe von Zifora kann keine RTF-Dateien erzeugen");
     }
 };
 

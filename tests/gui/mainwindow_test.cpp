@@ -56,7 +56,7 @@ class TestUi final : public shell::Ui {
     void showWindow(const std::string& name) override { shown.push_back(name); }
     void hideWindow(const std::string& name) override { hidden.push_back(name); }
     void preview(const std::string&, const std::string&) override {}
-    bool print(const std::string&, const std::string&) override { return false; }
+    bool print(const shell::PrintRequest&) override { return false; }
 
     std::vector<shell::AlertRequest> alerts;
     std::vector<std::string> shown;
