@@ -29,6 +29,10 @@ ScriptDriver::ScriptDriver(Session& session, HeadlessServices& services)
         m_services.log.emit("{\"saveFailed\":{\"path\":" + jsonText(failed.path) +
                             ",\"cause\":" + jsonText(failed.cause) + "}}");
     });
+    m_session.events().subscribe<SettingsSaveFailed>([this](const SettingsSaveFailed& failed) {
+        m_services.log.emit("{\"settingsSaveFailed\":{\"path\":" + jsonText(failed.path) +
+                            ",\"cause\":" + jsonText(failed.cause) + "}}");
+    });
 }
 
     int ScriptDriver::run(std::istream& script) {
@@ -46,7 +50,7 @@ ScriptDriver::ScriptDriver(Session& session, HeadlessServices& services)
             execute(command, number);
             m_services.scheduler.runDue();
         }
-        (void)m_session.settings().flush();
+        m_session.flushSettings();
         return m_services.log.errorCount() ? 1 : 0;
     }
 
