@@ -20,7 +20,7 @@ int dumpCommand(const std::string& path) {
     auto root = zifora::core::readKeyedArchiveFile(path);
     if (!root) {
         std::cerr << "zifora-cli: " << root.error().error.message << "\n";
-        return root.error().missing ? 3 : 2;
+        return root.error().missing || root.error().unreadable ? 3 : 2;
     }
     std::cout << zifora::core::dumpJson(*root) << "\n";
     return 0;

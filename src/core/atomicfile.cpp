@@ -215,7 +215,8 @@ size_t removeStaleTemporaryFiles(const fs::path& path) {
 }
 
 Result<std::string> readWholeFile(const fs::path& path) {
-    FileDescriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC));
+    // Without waiting: the open of a FIFO would block until a writer comes.
+    FileDescriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
     if (!file.valid()) return fail(describe(path, "cannot open", errno));
     struct stat info {};
     if (::fstat(file.get(), &info) != 0) return fail(describe(path, "cannot read", errno));

@@ -32,7 +32,8 @@ inline constexpr uint64_t kMaxWholeFileSize = uint64_t{2} << 30; // 2 GiB
 size_t removeStaleTemporaryFiles(const std::filesystem::path& path);
 
 /// The whole content of the file at `path`. A missing, unreadable or non-regular file, or
-/// one larger than `kMaxWholeFileSize`, gives an error naming the path and the cause..
+/// one larger than `kMaxWholeFileSize`, gives an error naming the path and the cause. A FIFO,
+/// a socket or a device is refused without waiting for a writer or reading from it..
 [[nodiscard]] Result<std::string> readWholeFile(const std::filesystem::path& path);
 
 } // namespace zifora::core
