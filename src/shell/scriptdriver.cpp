@@ -26,9 +26,11 @@ std::string jsonText(const std::string& text) {
 ScriptDriver::ScriptDriver(Session& session, HeadlessServices& services)
     : m_session(session), m_services(services) {
     m_session.events().subscribe<DatabaseSaveFailed>([this](const DatabaseSaveFailed& failed) {
+        m_lastSaveFailed = true;
         m_services.log.emit("{\"saveFailed\":{\"path\":" + jsonText(failed.path) +
                             ",\"cause\":" + jsonText(failed.cause) + "}}");
     });
+    m_session.events().subscribe<DatabaseSaved>([this](const DatabaseSaved&) { m_lastSaveFailed = false; });
     m_session.events().subscribe<SettingsSaveFailed>([this](const SettingsSaveFailed& failed) {
         m_services.log.emit("{\"settingsSaveFailed\":{\"path\":" + jsonText(failed.path) +
                             ",\"cause\":" + jsonText(failed.cause) + "}}");
@@ -51,6 +53,7 @@ ScriptDriver::ScriptDriver(Session& session, HeadlessServices& services)
             m_services.scheduler.runDue();
         }
         m_session.flushSettings();
+        if (m_lastSaveFailed) return kExitLastSaveFailed;
         return m_services.log.errorCount() ? 1 : 0;
     }
 
