@@ -42,7 +42,8 @@ int loadCommand(const std::string& jsonPath, const std::string& archivePath) {
     auto written = zifora::core::writeKeyedArchiveFile(archivePath, *root);
     if (!written) {
         std::cerr << "zifora-cli: " << written.error().message << "\n";
-        return 4;
+        // The new file is in place; only its folder could not be synced.
+        return written.error().written ? 6 : 4;
     }
     return 0;
 }
