@@ -86,6 +86,7 @@ void DatabaseController::saveDataToDisk() {
     auto saved = m_session.book().save(path);
     if (saved || saved.error().written) {
         m_reportedFailure.clear();
+        if (saved) m_reportedUnsynced.clear();
         m_session.services().workspace.fileWritten(path);
         m_session.events().publish(shell::DatabaseSaved{path});
         if (!saved) reportUnsyncedSave(path, saved.error().message);
@@ -144,10 +145,13 @@ void DatabaseController::loadDataFromDisk() {
     }
     const std::string path = pathForDataFile();
     removeStaleTemporaryFiles();
-    // A folder that is not there has no file to read; the book begins anew.
-    auto loaded = isFolder(std::filesystem::path(path).parent_path().string())
-                      ? book.load(path)
-                      : (book.beginNew(), core::Result<void>{});
+    // A folder that is not there has no file to read; the book begins anew, and its first
+    // save will not replace a database that appears there meanwhile.
+    core::Result<void> loaded;
+    if (isFolder(std::filesystem::path(path).parent_path().string()))
+        loaded = book.load(path);
+    else
+        book.beginNew();
     m_session.setClients(book.clients());
     if (!loaded) showUnreadableDatabase(m_session, path, loaded.error().message);
     if (!tellLostSettings() && loaded && !migrated) {

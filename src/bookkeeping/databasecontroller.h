@@ -49,7 +49,8 @@ class DatabaseController final : public shell::Feature {
     shell::Session& m_session;
     /// The text of the last failure told to the user; empty after a save that succeeded.
     std::string m_reportedFailure;
-    /// The cause of the last save told as written but not synced.
+    /// The cause of the last save told as written but not synced; empty after a save that
+    /// was synced.
     std::string m_reportedUnsynced;
 };
 

@@ -186,6 +186,27 @@ TEST(DatabaseController, TheFirstStartMakesABookOnlyWhereThereIsNone) {
     EXPECT_NE(raced.events().find("das Zifora beim Start nicht gelesen hat"), std::string::npos);
 }
 
+// A custom location that is missing at the start and comes back later (a disk mounted late)
+// keeps its database: the book of that run read nothing and replaces nothing.
+TEST(DatabaseController, ADatabaseThatComesBackAfterTheStartIsNotReplaced) {
+    HeadlessBook book;
+    const fs::path custom = book.home / "Netzlaufwerk";
+    book.settings.setBool("isMigration_4.0_done", true);
+    book.settings.setBool("useCustomLocation", true);
+    book.settings.setString("customLocationPath", custom.string());
+    book.app.run("init");
+    book.app.run("awakeFromNib");
+    EXPECT_NE(book.events().find("Der Speicherort für die Zifora Datenbank"), std::string::npos);
+
+    fs::create_directories(custom);
+    HeadlessBook other;
+    const fs::path mounted = custom / "Zifora.zfdb4";
+    fs::copy_file(writeBook(other), mounted);
+    book.scheduler.advance(31); // the timer's save
+    EXPECT_EQ(companyIn(mounted), "Erhaltene GmbH");
+    EXPECT_NE(book.events().find("das Zifora beim Start nicht gelesen hat"), std::string::npos);
+}
+
 // Until the start has loaded the book, no save writes: not the menu's, not the timer's, not
 // the stop's, whatever the settings of the last run allow.
 TEST(DatabaseController, NothingIsSavedBeforeTheStartHasLoadedTheBook) {
