@@ -20,7 +20,7 @@ int dumpCommand(const std::string& path) {
     auto root = zifora::core::readKeyedArchiveFile(path);
     if (!root) {
         std::cerr << "zifora-cli: " << root.error().error.message << "\n";
-        return root.error().missing ? 3 : 2;
+        return root.error().missing || root.error().unreadable ? 3 : 2;
     }
     std::cout << zifora::core::dumpJson(*root) << "\n";
     return 0;
@@ -42,7 +42,8 @@ int loadCommand(const std::string& jsonPath, const std::string& archivePath) {
     auto written = zifora::core::writeKeyedArchiveFile(archivePath, *root);
     if (!written) {
         std::cerr << "zifora-cli: " << written.error().message << "\n";
-        return 4;
+        // The new file is in place; only its folder could not be synced.
+        return written.error().written ? 6 : 4;
     }
     return 0;
 }

@@ -51,7 +51,8 @@ int main(int argc, char** argv) {
     shell::NoPdfRenderer pdf;
     core::Places places = core::Places::fromEnvironment();
     core::Settings settings(places.settingsFile);
-    auto settingsNotice = core::loadSettingsSafely(settings);
+    // Settings that can't be read are told by the start, which goes on with the book.
+    core::loadSettingsSafely(settings);
 
     program::Program program(shell::Services{ui, scheduler, clock, clipboard, workspace, pdf},
                              places, settings);
@@ -102,8 +103,6 @@ int main(int argc, char** argv) {
 #endif
     QObject::connect(&application, &QApplication::aboutToQuit, [&] { program.stop(); });
 
-    if (settingsNotice)
-        ui.alert(shell::AlertRequest{"Hinweis!", *settingsNotice, {"OK"}, shell::AlertStyle::Warning, {}});
     program.start();
     window.refresh();
     if (!file.isEmpty()) QTimer::singleShot(0, &window, [&openFile, file] { openFile(file); });

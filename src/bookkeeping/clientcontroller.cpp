@@ -95,7 +95,7 @@ void ClientController::setCurrentClientToPrefs() {
         if (v.isAbsent()) settings.remove(setting);
         else settings.set(setting, v);
     }
-    (void)settings.flush();
+    m_session.flushSettings();
 }
 
 void ClientController::createClient() {

@@ -4,7 +4,10 @@
 #include "shell/events.h"
 #include "shell/session.h"
 
+#include "core/atomicfile.h"
+
 #include <filesystem>
+#include <limits>
 
 namespace zifora::bookkeeping {
 
@@ -68,21 +71,29 @@ std::string DatabaseController::pathForDataFile() {
 
 void DatabaseController::saveDataToDisk() {
     core::Settings& settings = m_session.settings();
-    settings.setInteger("backupAlertInt", settings.getInteger("backupAlertInt") + 1);
-    if (!settings.getBool("isSaveAllowed") || m_session.book().unreadable()) return;
+    // Every attempt counts; the count stops at its largest value rather than wrap.
+    const int64_t attempts = settings.getInteger("backupAlertInt");
+    settings.setInteger("backupAlertInt",
+                        attempts < std::numeric_limits<int64_t>::max() ? attempts + 1 : attempts);
+    // Before the start has loaded the book there is nothing of the user's to write.
+    if (!settings.getBool("isSaveAllowed") || !m_session.book().loaded() ||
+        m_session.book().unreadable())
+        return;
     storeSelectionIndexes(m_session, /*withClient=*/true);
     const std::string path = pathForDataFile();
     // A folder that has gone missing gets no file; the guard above holds from now on.
     if (!isFolder(std::filesystem::path(path).parent_path().string())) return;
     auto saved = m_session.book().save(path);
-    if (saved) {
+    if (saved || saved.error().written) {
         m_reportedFailure.clear();
+        if (saved) m_reportedUnsynced.clear();
         m_session.services().workspace.fileWritten(path);
         m_session.events().publish(shell::DatabaseSaved{path});
+        if (!saved) reportUnsyncedSave(path, saved.error().message);
     } else {
         reportSaveFailure(path, saved.error().message);
     }
-    (void)settings.flush();
+    m_session.flushSettings();
 }
 
 // The timer saves every 30 seconds; a failure that stays the same is told once.
@@ -101,21 +112,75 @@ void DatabaseController::reportSaveFailure(const std::string& path, const std::s
         {}});
 }
 
+// The new file is in place, but the folder could not be synced: it may not survive a crash
+// of the machine. Told once per cause, like a failure.
+void DatabaseController::reportUnsyncedSave(const std::string& path, const std::string& cause) {
+    if (cause == m_reportedUnsynced) return;
+    m_reportedUnsynced = cause;
+    m_session.services().ui.alert(AlertRequest{
+        "Fehler!",
+        "Zifora hat deine Daten in „" + path +
+            "“ gesichert, aber der Ordner ließ sich nicht auf den Datenträger schreiben. Stürzt "
+            "der Rechner jetzt ab, kann die letzte Sicherung fehlen. Zifora versucht es beim "
+            "nächsten Sichern wieder.\n\nTechnische Angabe: " + cause,
+        {"OK"},
+        AlertStyle::Critical,
+        {}});
+}
+
+// A present database is read whatever the settings say; the migration makes the book only
+// where there is none. Settings that don't know of the database were lost, and the user is
+// told so.
 void DatabaseController::loadDataFromDisk() {
     core::Settings& settings = m_session.settings();
-    if (!settings.getBool("isMigration_4.0_done")) {
+    core::Book& book = m_session.book();
+    const bool migrated = settings.getBool("isMigration_4.0_done");
+    if (!migrated && !book.databasePresent(settings)) {
+        tellLostSettings();
+        removeStaleTemporaryFiles();
+        book.beginNew();
+        m_session.setClients(book.clients());
         m_session.run("doTheMigration");
         return;
     }
     const std::string path = pathForDataFile();
-    auto loaded = m_session.book().load(path);
-    m_session.setClients(m_session.book().clients());
+    removeStaleTemporaryFiles();
+    // A folder that is not there has no file to read; the book begins anew, and its first
+    // save will not replace a database that appears there meanwhile.
+    core::Result<void> loaded;
+    if (isFolder(std::filesystem::path(path).parent_path().string()))
+        loaded = book.load(path);
+    else
+        book.beginNew();
+    m_session.setClients(book.clients());
     if (!loaded) showUnreadableDatabase(m_session, path, loaded.error().message);
+    if (!tellLostSettings() && loaded && !migrated) {
+        tellLostSettings("Die Einstellungen konnten nicht gelesen werden: „" +
+                         settings.file().string() +
+                         "“ fehlt, ist leer oder unvollständig, deine Datenbank „" + path +
+                         "“ aber ist da. Zifora hat sie gelesen und macht mit ihr weiter. "
+                         "Bitte prüfe deine Einstellungen (Steuersätze, Speicherorte, Backups).");
+    }
+    if (loaded) settings.setBool("isMigration_4.0_done", true);
     const int64_t alerts = settings.getInteger("backupAlertInt");
     if (alerts == 5 || alerts == 12)
         m_session.services().scheduler.after(
             0.9, [this] { m_session.events().publish(shell::BackupReminderDue{}); });
     m_session.services().scheduler.after(0.1, [this] { setSelection(); });
+}
+
+bool DatabaseController::tellLostSettings(std::optional<std::string> notice) {
+    if (!notice) notice = m_session.settings().takeLossNotice();
+    if (!notice) return false;
+    m_session.services().ui.alert(
+        AlertRequest{"Fehler!", *notice, {"OK"}, AlertStyle::Critical, {}});
+    return true;
+}
+
+void DatabaseController::removeStaleTemporaryFiles() {
+    const core::DataFileLocation where = m_session.book().dataFile(m_session.settings());
+    if (where.folderExists) core::removeStaleTemporaryFiles(where.path);
+    core::removeStaleTemporaryFiles(m_session.settings().file());
 }
 
 void DatabaseController::setSelection() {

@@ -6,6 +6,7 @@
 
 #include "shell/feature.h"
 
+#include <optional>
 #include <string>
 
 namespace zifora::shell {
@@ -37,10 +38,20 @@ class DatabaseController final : public shell::Feature {
   private:
     void registerCommands();
     void reportSaveFailure(const std::string& path, const std::string& cause);
+    void reportUnsyncedSave(const std::string& path, const std::string& cause);
+    /// Tells the user that the settings were lost: `notice`, or else the settings' own loss
+    /// notice. False when there was nothing to tell.
+    bool tellLostSettings(std::optional<std::string> notice = std::nullopt);
+    /// Removes what saves of earlier runs that died left beside the database and the
+    /// settings.
+    void removeStaleTemporaryFiles();
 
     shell::Session& m_session;
     /// The text of the last failure told to the user; empty after a save that succeeded.
     std::string m_reportedFailure;
+    /// The cause of the last save told as written but not synced; empty after a save that
+    /// was synced.
+    std::string m_reportedUnsynced;
 };
 
 } // namespace zifora::bookkeeping

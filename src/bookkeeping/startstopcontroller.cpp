@@ -76,6 +76,8 @@ void StartStopController::init() {
         s.setString("prefsDefaultDATEVAccount", "1000");
         s.setBool("updateTo4.0", true);
     }
+    // Nothing is read yet: until the load, no save may write this empty book.
+    m_session.book().reset();
     m_session.setClients({});
     s.setBool("isSaveAllowed", false);
     s.setBool("allowWindow", false);
@@ -167,7 +169,7 @@ void StartStopController::applicationWillTerminate() {
     m_session.settings().setBool("allowWindow", false);
     storeSelectionIndexes(m_session, /*withClient=*/false);
     m_session.run("saveDataToDisk");
-    (void)m_session.settings().flush();
+    m_session.flushSettings();
 }
 
 void StartStopController::stopTimers() {
@@ -195,7 +197,7 @@ void StartStopController::restart() {
     m_session.settings().setBool("allowWindow", false);
     storeSelectionIndexes(m_session, /*withClient=*/false);
     m_session.run("saveDataToDisk");
-    (void)m_session.settings().flush();
+    m_session.flushSettings();
     // The pause lets this instance end before the next one starts.
     m_session.services().workspace.launch("/bin/sh",
                                           {"-c", "sleep 1 ; exec '" + ownExecutable() + "'"});

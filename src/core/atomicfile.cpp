@@ -3,11 +3,17 @@
 #include <cstdio>
 
 #include <algorithm>
+#include <limits>
+#include <optional>
 #include <atomic>
 #include <cerrno>
 #include <chrono>
 #include <system_error>
 #include <utility>
+
+#include <csignal>
+#include <ctime>
+#include <regex>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -106,17 +112,58 @@ Result<void> writeAll(int fd, std::string_view bytes, const fs::path& target) {
 }
 
 /// Makes the rename durable. Folders that cannot be synced on this file system are accepted.
+/// A failure comes after the rename: the new file is in place, and the error says so.
 Result<void> syncFolder(const fs::path& folder, const fs::path& target) {
     FileDescriptor dir(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     if (!dir.valid()) return {}; // a folder we may write but not list: nothing to sync with
-    if (::fsync(dir.get()) != 0 && errno != EINVAL && errno != ENOTSUP)
-        return fail(describe(target, "written, but the folder could not be synced", errno));
+    if (::fsync(dir.get()) != 0 && errno != EINVAL && errno != ENOTSUP) {
+        Error error{describe(target, "written, but the folder could not be synced", errno)};
+        error.written = true;
+        return std::unexpected(std::move(error));
+    }
     return {};
+}
+
+/// Moves the temporary file to `target`; without `replace`, only where nothing is there yet.
+bool moveIntoPlace(const fs::path& temporary, const fs::path& target, bool replace) {
+    if (replace) return ::rename(temporary.c_str(), target.c_str()) == 0;
+    if (::renameat2(AT_FDCWD, temporary.c_str(), AT_FDCWD, target.c_str(), RENAME_NOREPLACE) == 0)
+        return true;
+    if (errno != EINVAL && errno != ENOSYS) return false;
+    // A file system without that kind of rename: a hard link is made only where no name is.
+    if (::link(temporary.c_str(), target.c_str()) == 0) {
+        ::unlink(temporary.c_str());
+        return true;
+    }
+    if (errno == EEXIST) return false;
+    // Nor hard links: look, then rename (another writer may come between, as ever there).
+    struct stat there {};
+    if (::lstat(target.c_str(), &there) == 0) {
+        errno = EEXIST;
+        return false;
+    }
+    return ::rename(temporary.c_str(), target.c_str()) == 0;
+}
+
+/// The process id in the name of one of our temporary files for `target`, if it is one.
+std::optional<long> temporaryFileProcess(const std::string& name, const std::string& target) {
+    static const std::regex pattern(R"(\.tmp-([0-9]{1,10})-[0-9]+-[0-9]+)");
+    const std::string prefix = "." + target;
+    if (!name.starts_with(prefix)) return std::nullopt;
+    std::smatch match;
+    const std::string rest = name.substr(prefix.size());
+    if (!std::regex_match(rest, match, pattern)) return std::nullopt;
+    return std::stol(match[1].str());
+}
+
+bool processRuns(long pid) {
+    if (pid <= 0 || pid > std::numeric_limits<pid_t>::max()) return false;
+    return ::kill(static_cast<pid_t>(pid), 0) == 0 || errno == EPERM;
 }
 
 } // namespace
 
-Result<void> writeFileAtomically(const fs::path& path, std::string_view bytes) {
+Result<void> writeFileAtomically(const fs::path& path, std::string_view bytes, bool replace) {
     if (path.empty() || !path.has_filename()) return fail(describe(path, "cannot write", EINVAL));
     const fs::path target = resolveTarget(path);
     fs::path folder = target.parent_path();
@@ -143,14 +190,33 @@ Result<void> writeFileAtomically(const fs::path& path, std::string_view bytes) {
     if (auto written = writeAll(file.get(), bytes, path); !written) return written;
     if (::fsync(file.get()) != 0) return fail(describe(path, "cannot sync the new content", errno));
     if (!file.close()) return fail(describe(path, "cannot close the new content", errno));
-    if (::rename(temporaryPath.c_str(), target.c_str()) != 0)
+    if (!moveIntoPlace(temporaryPath, target, replace))
         return fail(describe(path, "cannot replace the file", errno));
     temporary.release();
     return syncFolder(folder, path);
 }
 
+size_t removeStaleTemporaryFiles(const fs::path& path) {
+    const fs::path target = resolveTarget(path);
+    fs::path folder = target.parent_path();
+    if (folder.empty()) folder = ".";
+    const std::string name = target.filename().string();
+    size_t removed = 0;
+    std::error_code ec;
+    for (fs::directory_iterator it(folder, ec), end; !ec && it != end; it.increment(ec)) {
+        const std::string entry = it->path().filename().string();
+        auto pid = temporaryFileProcess(entry, name);
+        struct stat info {};
+        if (!pid || ::lstat(it->path().c_str(), &info) != 0 || !S_ISREG(info.st_mode)) continue;
+        const bool abandoned = std::time(nullptr) - info.st_mtime > 3600;
+        if ((abandoned || !processRuns(*pid)) && ::unlink(it->path().c_str()) == 0) ++removed;
+    }
+    return removed;
+}
+
 Result<std::string> readWholeFile(const fs::path& path) {
-    FileDescriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC));
+    // Without waiting: the open of a FIFO would block until a writer comes.
+    FileDescriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
     if (!file.valid()) return fail(describe(path, "cannot open", errno));
     struct stat info {};
     if (::fstat(file.get(), &info) != 0) return fail(describe(path, "cannot read", errno));

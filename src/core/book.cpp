@@ -30,15 +30,21 @@ bool isFolder(const std::string& path) {
     return !path.empty() && fs::is_directory(path, ec);
 }
 
-/// The clients of a database's root, or why the root holds none.
-Result<RecordList> clientsOfRoot(const Value& root) {
+bool fileExists(const std::string& path) {
+    std::error_code ec;
+    return fs::exists(path, ec);
+}
+
+/// The clients of a database's root, or why the root holds none. A root without "clients"
+/// is no book of ours (an empty book has an empty list there).
+Result<RecordList> clientsOfRoot(const Value& root, const std::string& path) {
+    const std::string refusal = path + ": die Datei enthält keine Liste von Benutzern";
     Value list = root["clients"];
-    if (root.kind() != Kind::Dict || (!list.isAbsent() && list.kind() != Kind::Array))
-        return fail("die Datei enthält keine Liste von Benutzern");
+    if (root.kind() != Kind::Dict || list.kind() != Kind::Array) return fail(refusal);
     RecordList clients;
     for (const Value& v : list.asArray()) {
         if (v.kind() != Kind::Record || v.asRecord()->recordClass() != RecordClass::Client)
-            return fail("die Datei enthält keine Liste von Benutzern");
+            return fail(refusal);
         clients.push_back(v.recordRef());
     }
     return clients;
@@ -60,44 +66,79 @@ Value Book::databaseRoot() const {
     return Value::dict({{"clients", Value::array(std::move(clients))}});
 }
 
-DataFileLocation Book::locateDataFile(Settings& settings) const {
+DataFileLocation Book::dataFile(const Settings& settings) const {
     DataFileLocation where;
-    if (settings.getBool("useCustomLocation")) {
-        where.folder = settings.getString("customLocationPath");
-    } else {
-        where.folder = m_places.dataFolder;
-        std::error_code ec;
-        fs::create_directories(where.folder, ec);
-    }
-    settings.setString("defaultDataFolder", where.folder);
+    where.folder = settings.getBool("useCustomLocation") ? settings.getString("customLocationPath")
+                                                         : m_places.dataFolder;
     where.path = joinPath(where.folder, kDatabaseName);
     where.folderExists = isFolder(where.folder);
+    return where;
+}
+
+DataFileLocation Book::locateDataFile(Settings& settings) const {
+    if (!settings.getBool("useCustomLocation")) {
+        std::error_code ec;
+        fs::create_directories(m_places.dataFolder, ec);
+    }
+    const DataFileLocation where = dataFile(settings);
+    settings.setString("defaultDataFolder", where.folder);
     settings.setString("defaultDataPath", where.path);
     return where;
+}
+
+bool Book::databasePresent(const Settings& settings) const {
+    const DataFileLocation where = dataFile(settings);
+    std::error_code ec;
+    const fs::file_status status = fs::status(where.path, ec);
+    // Anything but "no such file" counts, a place that can't be looked at included.
+    return where.folderExists && status.type() != fs::file_type::not_found;
 }
 
 Result<void> Book::load(const std::string& path) {
     setClients({});
     auto root = readKeyedArchiveFile(path);
-    if (!root && root.error().missing) return {};
+    if (!root && root.error().missing) {
+        m_state = State::New;
+        return {};
+    }
     if (!root) {
         m_unreadable = true;
         return fail(root.error().error.message);
     }
-    auto clients = clientsOfRoot(*root);
+    auto clients = clientsOfRoot(*root, path);
     if (!clients) {
         m_unreadable = true;
         return std::unexpected(clients.error());
     }
     setClients(*clients);
+    m_state = State::FromFile;
     return {};
 }
 
-Result<void> Book::save(const std::string& path) const {
+void Book::beginNew() {
+    setClients({});
+    m_state = State::New;
+}
+
+void Book::reset() {
+    setClients({});
+    m_state = State::Unread;
+}
+
+Result<void> Book::save(const std::string& path) {
     if (m_unreadable)
         return fail(path + ": die Datenbank konnte beim Start nicht gelesen werden und bleibt "
                            "unverändert");
-    return writeKeyedArchiveFile(path, databaseRoot());
+    if (m_state == State::Unread)
+        return fail(path + ": die Datenbank ist noch nicht gelesen und bleibt unverändert");
+    // A book that read no file makes the file, but replaces none that came meanwhile.
+    auto written = writeFileAtomically(path, encodeKeyedArchive(databaseRoot()),
+                                       /*replace=*/m_state == State::FromFile);
+    if (written || written.error().written) m_state = State::FromFile;
+    if (!written && !written.error().written && m_state == State::New && fileExists(path))
+        return fail(path + ": dort liegt inzwischen etwas, das Zifora beim Start nicht gelesen "
+                           "hat; es bleibt unverändert");
+    return written;
 }
 
 Ref<Record> Book::newInstallationClient(Date now) {

@@ -67,14 +67,28 @@ class Book {
     /// chosen, else the data folder (made when missing). Notes both in the settings
     /// ("defaultDataFolder", "defaultDataPath").
     DataFileLocation locateDataFile(Settings& settings) const;
+    /// The same place, found without making a folder or writing a setting.
+    [[nodiscard]] DataFileLocation dataFile(const Settings& settings) const;
+    /// True when something stands at the database's place in an existing folder, readable
+    /// or not (a link is followed).
+    [[nodiscard]] bool databasePresent(const Settings& settings) const;
 
-    /// Reads the clients of the database at `path`. A missing file gives an empty book. A
-    /// file that cannot be read, or whose root holds no list of clients, leaves the book
-    /// empty, returns the cause, and latches `unreadable()` so that it is never overwritten.
+    /// Reads the clients of the database at `path`. A missing file gives an empty book that
+    /// begins anew (see `beginNew`). A file that cannot be read, or whose root is no
+    /// dictionary with a list of clients under "clients", leaves the book empty, returns the
+    /// cause naming the file, and latches `unreadable()` so that it is never overwritten.
     [[nodiscard]] Result<void> load(const std::string& path);
+    /// An empty book that read no file, because there was none: its first save makes the
+    /// database but never replaces a file that has come meanwhile.
+    void beginNew();
+    /// Forgets every client: nothing is read, and nothing is saved until the next `load` or
+    /// `beginNew`.
+    void reset();
+    /// True after `load` or `beginNew`: the book may be saved.
+    [[nodiscard]] bool loaded() const { return m_state != State::Unread; }
     /// Writes the whole book to `path` atomically: the old file stays whole on failure.
-    /// Refused while `unreadable()` holds.
-    [[nodiscard]] Result<void> save(const std::string& path) const;
+    /// Refused while the book was not loaded or `unreadable()` holds.
+    [[nodiscard]] Result<void> save(const std::string& path);
     /// True once a database could not be read; nothing is saved for the rest of the run.
     [[nodiscard]] bool unreadable() const { return m_unreadable; }
 
@@ -98,8 +112,12 @@ class Book {
     void changed(Change what) const;
 
   private:
+    /// Where the clients come from: nothing yet, no file (a new book), or the file.
+    enum class State { Unread, New, FromFile };
+
     Places m_places;
     ListPtr m_clients;
+    State m_state = State::Unread;
     bool m_unreadable = false;
     std::vector<Observer> m_observers;
 };

@@ -11,6 +11,9 @@ namespace zifora::core {
 /// ("Zifora.zfdb4: object 812 refers to object 90000, but there are 5301").
 struct Error {
     std::string message;
+    /// A write whose new content is in place although a later step failed (the folder could
+    /// not be synced): the old content is gone, the new one may not survive a crash.
+    bool written = false;
 };
 
 template <typename T> using Result = std::expected<T, Error>;

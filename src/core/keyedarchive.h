@@ -21,10 +21,12 @@ namespace zifora::core {
 [[nodiscard]] Result<Value> decodeKeyedArchive(std::string_view bytes,
                                                const std::string& context = "archive");
 
-/// Reads a file and decodes it; a missing file is an error of its own kind.
+/// Reads a file and decodes it; a missing file, and one that can't be read as a file (no
+/// permission, a folder, a FIFO, a device, an I/O error), are errors of their own kind.
 struct ArchiveFileError {
     bool missing = false;
     Error error;
+    bool unreadable = false;
 };
 [[nodiscard]] std::expected<Value, ArchiveFileError> readKeyedArchiveFile(const std::string& path);
 

@@ -580,7 +580,7 @@ std::expected<Value, ArchiveFileError> readKeyedArchiveFile(const std::string& p
     if (!std::filesystem::exists(path, ec) && !ec)
         return std::unexpected(ArchiveFileError{true, Error{path + ": the file does not exist"}});
     auto bytes = readWholeFile(path);
-    if (!bytes) return std::unexpected(ArchiveFileError{false, bytes.error()});
+    if (!bytes) return std::unexpected(ArchiveFileError{false, bytes.error(), true});
     auto v = decodeKeyedArchive(*bytes, path);
     if (!v) return std::unexpected(ArchiveFileError{false, v.error()});
     return *v;

@@ -20,6 +20,9 @@ namespace fs = std::filesystem;
 
 namespace {
 
+/// The name under which a date that a <date> can't hold is noted.
+constexpr std::string_view kDateNote = "date";
+
 bool registeredAsFloat(std::string_view key) {
     const SettingInfo* info = settingInfo(key);
     return info && info->type == SettingType::Float;
@@ -40,6 +43,7 @@ Value kindNote(std::string_view key, const Value& value) {
         return Value::string(kindName(value.kind()));
     case Kind::Date: {
         double seconds = value.asDate().sinceReferenceDate;
+        if (!isWritablePlistDate(value.asDate())) return Value::string(kDateNote);
         if (std::isfinite(seconds) && std::floor(seconds) != seconds)
             return Value::doubleValue(seconds);
         break;
@@ -55,6 +59,7 @@ Kind numberKind(const Value& notes, std::string_view key, int depth, Kind standa
     if (depth != 2) return standard;
     const Value note = notes[key];
     const std::string& noted = note.text();
+    if (noted == kDateNote) return Kind::Double;
     for (Kind kind : {Kind::Float, Kind::Double, Kind::Int, Kind::Integer})
         if (noted == kindName(kind)) return kind;
     if (standard == Kind::Double && registeredAsFloat(key)) return Kind::Float;
@@ -65,6 +70,8 @@ Kind numberKind(const Value& notes, std::string_view key, int depth, Kind standa
 Value applyNote(Value value, const Value& note) {
     if (value.kind() == Kind::String && note.text() == kindName(Kind::Image))
         return Value::image(value.text());
+    if (value.kind() == Kind::Double && note.text() == kDateNote)
+        return Value::date(Date{value.asDouble()});
     if (value.kind() == Kind::Date && note.kind() == Kind::Double) {
         double exact = note.asDouble();
         if (std::isfinite(exact) && std::floor(exact) == value.asDate().sinceReferenceDate)
@@ -74,6 +81,29 @@ Value applyNote(Value value, const Value& note) {
 }
 
 using Store = std::map<std::string, Value, std::less<>>;
+
+/// `value` with every date that a <date> can't hold replaced by its seconds, so that the
+/// writer never refuses the store for a date. Deeper than the writer goes it stays as it is.
+Value writableValue(const Value& value, int depth = 1) {
+    if (depth > kXmlPlistMaxDepth) return value;
+    switch (value.kind()) {
+    case Kind::Date:
+        if (isWritablePlistDate(value.asDate())) return value;
+        return Value::doubleValue(value.asDate().sinceReferenceDate);
+    case Kind::Dict: {
+        DictEntries entries;
+        for (const auto& [key, v] : value.asDict()) entries.emplace_back(key, writableValue(v, depth + 1));
+        return Value::dict(std::move(entries));
+    }
+    case Kind::Array: {
+        ArrayElements elements;
+        for (const Value& v : value.asArray()) elements.push_back(writableValue(v, depth + 1));
+        return Value::array(std::move(elements));
+    }
+    default:
+        return value;
+    }
+}
 
 Result<Store> parseStore(std::string_view bytes) {
     // A first reading finds the notes, a second one reads each number in its final kind
@@ -130,7 +160,7 @@ Result<void> Settings::flush() {
     DictEntries entries;
     DictEntries notes;
     for (const auto& [key, value] : m_values) {
-        entries.emplace_back(key, value);
+        entries.emplace_back(key, writableValue(value, /*depth=*/2));
         if (Value note = kindNote(key, value); !note.isAbsent()) notes.emplace_back(key, note);
     }
     if (!notes.empty()) entries.emplace_back(kKindNotesKey, Value::dict(std::move(notes)));
@@ -243,9 +273,16 @@ std::optional<std::string> loadSettingsSafely(Settings& settings) {
     std::filesystem::path aside = settings.file();
     aside += ".unlesbar-" + std::to_string(stamp);
     std::filesystem::rename(settings.file(), aside, ec);
-    return "Die Einstellungen konnten nicht gelesen werden (" + loaded.error().message +
-           "). Die Datei wurde als „" + aside.string() +
-           "“ beiseitegelegt; Zifora beginnt mit leeren Einstellungen.";
+    std::string notice = "Die Einstellungen konnten nicht gelesen werden (" +
+                         loaded.error().message + "). ";
+    if (ec)
+        notice += "Die Datei bleibt, wie sie ist.";
+    else
+        notice += "Die Datei wurde als „" + aside.string() + "“ beiseitegelegt.";
+    notice += " Zifora liest deine Datenbank wie immer und macht mit leeren Einstellungen "
+              "weiter. Bitte prüfe deine Einstellungen (Steuersätze, Speicherorte, Backups).";
+    settings.setLossNotice(notice);
+    return notice;
 }
 
 } // namespace zifora::core

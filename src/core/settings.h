@@ -12,6 +12,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace zifora::core {
 
@@ -28,7 +29,11 @@ namespace zifora::core {
 ///   is noted under the value's key in the dictionary `kKindNotesKey` of the same file;
 /// - a <date> holds whole seconds; for a date with a fraction of a second the exact seconds
 ///   since 2001-01-01 are noted there as a <real>, and apply only while the <date> still
-///   shows the same second.
+///   shows the same second;
+/// - a date that a <date> can't hold (outside the years 1 to 9999) is written as a <real> of
+///   its seconds since 2001-01-01, noted as "date" at the top level, so that no value can
+///   make the store unwritable. Inside dictionaries and arrays such a date reads back as
+///   that number.
 /// Other programs see an ordinary property list; a file without notes reads by the registry
 /// alone. Inside dictionaries and arrays values come back as the property-list reader gives
 /// them (reals as Double, integers as Integer, dates in whole seconds). Records are not kept.
@@ -73,9 +78,17 @@ class Settings {
 
     [[nodiscard]] const std::map<std::string, Value, std::less<>>& all() const { return m_values; }
 
+    /// Why the store's file could not be read when the run began, in words for the user
+    /// (see `loadSettingsSafely`); the start tells it and takes it, so that it is told once.
+    void setLossNotice(std::string notice) { m_lossNotice = std::move(notice); }
+    [[nodiscard]] std::optional<std::string> takeLossNotice() {
+        return std::exchange(m_lossNotice, std::nullopt);
+    }
+
   private:
     std::filesystem::path m_file;
     std::map<std::string, Value, std::less<>> m_values;
+    std::optional<std::string> m_lossNotice;
 };
 
 /// $XDG_CONFIG_HOME/Zifora/Zifora.plist, or ~/.config/Zifora/Zifora.plist when that variable
@@ -84,7 +97,8 @@ class Settings {
 
 /// Loads the settings store. A store that can't be read is moved aside (its name gets
 /// ".unlesbar" and the time) so that nothing in it is lost, and the run starts with an
-/// empty store; the returned text tells the user so.
-[[nodiscard]] std::optional<std::string> loadSettingsSafely(Settings& settings);
+/// empty store; the text that tells the user so is kept as the store's loss notice and
+/// returned.
+std::optional<std::string> loadSettingsSafely(Settings& settings);
 
 } // namespace zifora::core

@@ -80,6 +80,15 @@ std::optional<std::string> formatDate(Date date) {
     return std::string(text, 20);
 }
 
+} // namespace
+
+bool isWritablePlistDate(Date date) {
+    const double unix = std::floor(date.unixSeconds());
+    return unix >= kFirstWritableUnixSecond && unix <= kLastWritableUnixSecond;
+}
+
+namespace {
+
 /// Reads "YYYY-MM-DDTHH:MM:SSZ".
 std::optional<Date> parseDate(std::string_view text) {
     if (text.size() != 20 || text[4] != '-' || text[7] != '-' || text[10] != 'T' ||

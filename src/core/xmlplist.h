@@ -46,4 +46,7 @@ using PlistNumberKind = std::function<Kind(std::string_view key, int depth, Kind
 /// `kXmlPlistMaxDepth` give an error.
 [[nodiscard]] Result<std::string> writeXmlPlist(const Value& root);
 
+/// True if `writeXmlPlist` can write `date` as a <date>: a time in the years 1 to 9999.
+[[nodiscard]] bool isWritablePlistDate(Date date);
+
 } // namespace zifora::core

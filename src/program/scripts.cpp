@@ -20,8 +20,8 @@ core::Date realNow() {
 
 int runScript(std::istream& script, std::ostream& out) {
     HeadlessProgram headless(out, core::Places::fromEnvironment(), realNow());
-    if (auto notice = core::loadSettingsSafely(headless.settings))
-        headless.services.log.error(*notice);
+    // Settings that can't be read are told by the start, which goes on with the book.
+    core::loadSettingsSafely(headless.settings);
     shell::ScriptDriver driver(headless.session(), headless.services);
     return driver.run(script);
 }

@@ -21,6 +21,12 @@ struct DatabaseSaveFailed {
     std::string cause;
 };
 
+/// The settings store could not be written; its old file is whole.
+struct SettingsSaveFailed {
+    std::string path;
+    std::string cause;
+};
+
 /// The totals of the selected period were worked out.
 struct TotalsComputed {
     const posting::SettlementTotals& totals;

@@ -16,7 +16,12 @@ namespace zifora::shell {
 ScriptDriver::ScriptDriver(Session& session, HeadlessServices& services)
     : m_session(session), m_services(services) {
     m_session.events().subscribe<DatabaseSaveFailed>([this](const DatabaseSaveFailed& failed) {
+        m_lastSaveFailed = true;
         m_services.log.emit({{"saveFailed", {{"path", failed.path}, {"cause", failed.cause}}}});
+    });
+    m_session.events().subscribe<DatabaseSaved>([this](const DatabaseSaved&) { m_lastSaveFailed = false; });
+    m_session.events().subscribe<SettingsSaveFailed>([this](const SettingsSaveFailed& failed) {
+        m_services.log.emit({{"settingsSaveFailed", {{"path", failed.path}, {"cause", failed.cause}}}});
     });
 }
 
@@ -35,7 +40,8 @@ ScriptDriver::ScriptDriver(Session& session, HeadlessServices& services)
             execute(command, number);
             m_services.scheduler.runDue();
         }
-        (void)m_session.settings().flush();
+        m_session.flushSettings();
+        if (m_lastSaveFailed) return kExitLastSaveFailed;
         return m_services.log.errorCount() ? 1 : 0;
     }
 

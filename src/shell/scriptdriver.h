@@ -18,8 +18,12 @@ class ScriptDriver {
     /// Drives `session`, whose services are `services`.
     ScriptDriver(Session& session, HeadlessServices& services);
 
+    /// The exit code of a run whose last save of the database failed.
+    static constexpr int kExitLastSaveFailed = 5;
+
     /// Runs every line of `script` until it ends or the program ends; then writes the
-    /// settings. Returns 0, or 1 when an error event was printed.
+    /// settings. Returns 0, 1 when an error event was printed, or `kExitLastSaveFailed`
+    /// (before 1) when the last save of the database failed.
     int run(std::istream& script);
 
   private:
@@ -41,6 +45,7 @@ class ScriptDriver {
 
     Session& m_session;
     HeadlessServices& m_services;
+    bool m_lastSaveFailed = false;
 };
 
 } // namespace zifora::shell

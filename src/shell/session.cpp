@@ -65,6 +65,30 @@ void Session::setClients(const core::RecordList& clients) {
     m_book.changed(core::Change::Records | core::Change::Selection);
 }
 
+bool Session::flushSettings() {
+    auto flushed = m_settings.flush();
+    // A file that is in place although its folder could not be synced counts as written.
+    if (flushed || flushed.error().written) {
+        m_settingsFailureTold.clear();
+        return true;
+    }
+    const std::string& cause = flushed.error().message;
+    m_events.publish(SettingsSaveFailed{m_settings.file().string(), cause});
+    if (cause == m_settingsFailureTold) return false;
+    m_settingsFailureTold = cause;
+    m_services.ui.alert(AlertRequest{
+        "Fehler!",
+        "Zifora konnte die Einstellungen nicht in „" + m_settings.file().string() +
+            "“ sichern. Die Datei auf der Festplatte ist unverändert; deine Einstellungen "
+            "gelten in diesem Lauf weiter, und Zifora versucht es beim nächsten Sichern "
+            "wieder. Bitte sorge für Platz und Schreibrechte an diesem Ort.\n\nTechnische "
+            "Angabe: " + cause,
+        {"OK"},
+        AlertStyle::Critical,
+        {}});
+    return false;
+}
+
 void Session::addDragHandler(const std::string& list, DragHandler handler) {
     m_dragHandlers[list] = std::move(handler);
 }

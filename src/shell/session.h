@@ -46,6 +46,11 @@ class Session {
     /// Replaces every client and shows the new list in the chain.
     void setClients(const core::RecordList& clients);
 
+    /// Writes the settings store. A failure is published (`SettingsSaveFailed`) and told in a
+    /// "Fehler!" alert, once for each cause until a flush succeeds again; the next flush
+    /// tries again. False when the store could not be written.
+    bool flushSettings();
+
     /// Drops of rows, by the name of the list the rows come from.
     using DragHandler = std::function<void(const DragRequest&)>;
     void addDragHandler(const std::string& list, DragHandler handler);
@@ -64,6 +69,8 @@ class Session {
     CommandCatalog m_commands;
     EventChannel m_events;
     std::map<std::string, DragHandler> m_dragHandlers;
+    /// The cause of the last failed flush told to the user; empty after one that succeeded.
+    std::string m_settingsFailureTold;
 };
 
 } // namespace zifora::shell

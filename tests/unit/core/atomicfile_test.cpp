@@ -133,5 +133,22 @@ TEST_F(AtomicFile, ReadingRefusesWhatIsNotAReadableFileOfSensibleSize) {
     EXPECT_NE(huge.error().message.find("larger than 2 GiB"), std::string::npos);
 }
 
+TEST_F(AtomicFile, AFifoIsRefusedWithoutWaitingForAWriter) {
+    ASSERT_EQ(::mkfifo(file().c_str(), 0600), 0);
+    auto read = readWholeFile(file()); // blocked for ever before, as no writer comes
+    ASSERT_FALSE(read);
+    EXPECT_NE(read.error().message.find("not a regular file"), std::string::npos);
+}
+
+TEST_F(AtomicFile, WithoutReplacingAnExistingFileIsKept) {
+    ASSERT_TRUE(writeFileAtomically(file(), "neu", /*replace=*/false));
+    EXPECT_EQ(contentOf(file()), "neu");
+    auto again = writeFileAtomically(file(), "anderes", /*replace=*/false);
+    ASSERT_FALSE(again);
+    EXPECT_FALSE(again.error().written);
+    EXPECT_EQ(contentOf(file()), "neu");
+    EXPECT_EQ(names(), std::vector<std::string>{"Zifora.plist"});
+}
+
 } // namespace
 } // namespace zifora::core

@@ -5,10 +5,13 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
+#include <csignal>
 #include <cstdlib>
 #include <limits>
 #include <optional>
 
+#include <sys/resource.h>
 #include <unistd.h>
 
 namespace zifora::core {
@@ -190,12 +193,53 @@ TEST_F(SettingsFile, AFailedFlushKeepsTheOldFile) {
     Settings store(file());
     store.setString("prefsCompany", "alt");
     ASSERT_TRUE(store.flush());
-    store.setString("prefsCompany", "neu");
-    store.set("bad", Value::date(Date::fromUnix(1e12)));
+    // A file-size limit makes the write fail part of the way, for any user.
+    store.setString("prefsCompany", std::string(100000, 'n'));
+    rlimit saved{};
+    ASSERT_EQ(::getrlimit(RLIMIT_FSIZE, &saved), 0);
+    rlimit small = saved;
+    small.rlim_cur = 4096;
+    auto previousHandler = std::signal(SIGXFSZ, SIG_IGN);
+    ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &small), 0);
     auto flushed = store.flush();
+    ::setrlimit(RLIMIT_FSIZE, &saved);
+    std::signal(SIGXFSZ, previousHandler);
     ASSERT_FALSE(flushed);
-    EXPECT_NE(flushed.error().message.find("bad"), std::string::npos);
+    EXPECT_NE(flushed.error().message.find("Zifora.plist"), std::string::npos);
     EXPECT_EQ(reloaded().getString("prefsCompany"), "alt");
+}
+
+// An item's date far outside the calendar once made every later flush fail. Such dates are
+// kept as their seconds: at the top level they come back as dates, deeper as numbers.
+TEST_F(SettingsFile, DatesOutsideTheYearsOneTo9999StaySavable) {
+    const double kFar = 1e15, kBefore = -7e10; // some 31 million years on; the year 0
+    Settings store(file());
+    store.setDate("rememberDate", Date{kFar});
+    store.setDate("early", Date{kBefore});
+    store.setDate("nan", Date{std::numeric_limits<double>::quiet_NaN()});
+    store.setFloat("prefs1Rate", 19); // a key the registry types as a float
+    store.set("prefs2Rate", Value::date(Date{kFar}));
+    store.set("nested", Value::array({Value::date(Date{kFar}), Value::date(Date{0})}));
+    auto flushed = store.flush();
+    ASSERT_TRUE(flushed) << flushed.error().message;
+    const Settings back = reloaded();
+    ASSERT_EQ(back.get("rememberDate").kind(), Kind::Date);
+    EXPECT_EQ(back.get("rememberDate").asDate().sinceReferenceDate, kFar);
+    EXPECT_EQ(back.get("early").asDate().sinceReferenceDate, kBefore);
+    EXPECT_TRUE(std::isnan(back.get("nan").asDate().sinceReferenceDate));
+    EXPECT_EQ(back.get("prefs1Rate").kind(), Kind::Float);
+    ASSERT_EQ(back.get("prefs2Rate").kind(), Kind::Date);
+    EXPECT_EQ(back.get("prefs2Rate").asDate().sinceReferenceDate, kFar);
+    const Value nested = back.get("nested");
+    ASSERT_EQ(nested.asArray().size(), 2u);
+    EXPECT_EQ(nested.asArray()[0].toDouble(), kFar);
+    EXPECT_EQ(nested.asArray()[1].kind(), Kind::Date);
+    // A date that fits again is written as an ordinary date, without the note.
+    Settings again = back;
+    again.setDate("rememberDate", Date{0});
+    ASSERT_TRUE(again.flush());
+    EXPECT_EQ(reloaded().get("rememberDate").kind(), Kind::Date);
+    EXPECT_EQ(reloaded().get("rememberDate").asDate().sinceReferenceDate, 0);
 }
 
 TEST(SettingsLocation, FollowsTheConfigFolderOfTheEnvironment) {
