@@ -314,12 +314,41 @@ core::Result<Value> readPlainMember(const Json& j, const std::string& where) {
 }
 
 Json parseJson(std::string_view text, std::string& error) {
+    // Checked before the parse: reading, copying, writing and freeing a JSON value all
+    // recurse once per level.
+    if (!jsonNestsWithin(text, kMaxJsonNesting)) {
+        error = "the JSON is nested more than " + std::to_string(kMaxJsonNesting) + " levels deep";
+        return Json();
+    }
     Json j = Json::parse(text, nullptr, /*allow_exceptions=*/false);
     if (j.is_discarded()) error = "the text is not valid JSON";
     return j;
 }
 
+std::string tooDeep(const std::string& where, int levels) {
+    return where + ": the values are nested more than " + std::to_string(levels) + " levels deep";
+}
+
 } // namespace
+
+bool jsonNestsWithin(std::string_view json, int levels) {
+    int depth = 0;
+    bool inString = false;
+    for (size_t i = 0; i < json.size(); ++i) {
+        const char c = json[i];
+        if (inString) {
+            if (c == '\\') ++i;
+            else if (c == '"') inString = false;
+        } else if (c == '"') {
+            inString = true;
+        } else if (c == '[' || c == '{') {
+            if (++depth > levels) return false;
+        } else if (c == ']' || c == '}') {
+            --depth;
+        }
+    }
+    return true;
+}
 
 void appendJsonString(std::string& out, std::string_view text) {
     std::string repaired;
@@ -424,16 +453,23 @@ core::Result<Value> loadJson(std::string_view text) {
             if (!v) return v;
             entries.emplace_back(k, std::move(*v));
         }
-        return Value::dict(std::move(entries));
+        Value root = Value::dict(std::move(entries));
+        if (!nestsWithin(root, kMaxNesting)) return core::fail(tooDeep("root", kMaxNesting));
+        return root;
     }
-    return readPlainMember(j, "root");
+    auto root = readPlainMember(j, "root");
+    if (root && !nestsWithin(*root, kMaxNesting)) return core::fail(tooDeep("root", kMaxNesting));
+    return root;
 }
 
 core::Result<Value> loadTaggedJson(std::string_view text) {
     std::string error;
     Json j = parseJson(text, error);
     if (!error.empty()) return core::fail(error);
-    return readTagged(j, "value");
+    auto value = readTagged(j, "value");
+    if (value && !nestsWithin(*value, kMaxValueNesting))
+        return core::fail(tooDeep("value", kMaxValueNesting));
+    return value;
 }
 
 } // namespace zifora::core

@@ -15,7 +15,10 @@ namespace zifora::core {
 
 namespace {
 
-constexpr int kMaxDepth = 200;
+// The decoder counts the levels as `nestsWithin` does, or more (a text may stand in an
+// object of its own), so that what it reads nests within the limit and whatever the encoder
+// writes within the limit reads back.
+constexpr int kMaxDepth = kMaxNesting;
 // Shared objects make a small file stand for a large tree (each level of "[x, x]" doubles
 // it), and whoever walks or writes the tree pays for its full size. An archive may stand for
 // this many values per byte, or for the floor, whichever is more.
@@ -78,7 +81,13 @@ class Decoder {
             if (key && *key == "root") {
                 auto uid = uidAt(topObject->refs[topObject->count() + i]);
                 if (!uid) return std::unexpected(uid.error());
-                return decode(*uid, 0);
+                auto root = decode(*uid, 0);
+                // A shared object is read once and taken as it is where it comes again,
+                // perhaps deeper down: the tree as a whole must nest within the limit.
+                if (root && !nestsWithin(*root, kMaxNesting))
+                    return failure("the values are nested more than " +
+                                   std::to_string(kMaxNesting) + " levels deep");
+                return root;
             }
         }
         return failure("the archive has no root object");

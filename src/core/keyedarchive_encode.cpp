@@ -413,6 +413,10 @@ std::string encodeKeyedArchive(const Value& root) {
 }
 
 Result<void> writeKeyedArchiveFile(const std::string& path, const Value& root) {
+    // What the reader would refuse is not written: the file on disk stays readable.
+    if (!nestsWithin(root, kMaxNesting))
+        return fail(path + ": the values are nested more than " + std::to_string(kMaxNesting) +
+                    " levels deep");
     return writeFileAtomically(path, encodeKeyedArchive(root));
 }
 

@@ -427,4 +427,36 @@ bool boolFromText(std::string_view text) {
     return c == 'Y' || c == 'y' || c == 'T' || c == 't' || (c >= '1' && c <= '9');
 }
 
+bool nestsWithin(const Value& value, int levels) {
+    // Absent members are not written at all.
+    if (value.isAbsent()) return true;
+    if (levels < 0) return false;
+    switch (value.kind()) {
+    case Kind::Image: return levels >= 1;
+    case Kind::Dict:
+        for (const auto& [key, member] : value.asDict())
+            if (!nestsWithin(member, levels - 1)) return false;
+        return true;
+    case Kind::Array:
+        for (const Value& member : value.asArray())
+            if (!nestsWithin(member, levels - 1)) return false;
+        return true;
+    case Kind::Record: {
+        const Record& record = *value.asRecord();
+        const bool foreign = record.recordClass() == RecordClass::Foreign;
+        const int below = levels - (foreign ? 1 : 2);
+        if (below < 0 && !foreign) return false;
+        bool fits = true;
+        record.properties().forEach([&](const std::string&, const Value& member) {
+            fits = fits && nestsWithin(member, below);
+        });
+        for (size_t i = 0; i < record.listCount() && fits; ++i)
+            for (const auto& child : record.list(i))
+                if (!nestsWithin(Value::record(child), below)) return false;
+        return fits;
+    }
+    default: return true;
+    }
+}
+
 } // namespace zifora::core
