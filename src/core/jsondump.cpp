@@ -2,6 +2,7 @@
 
 #include "core/base64.h"
 #include "core/civildate.h"
+#include "core/keyedarchive.h"
 #include "core/record.h"
 #include "core/utf8.h"
 
@@ -177,6 +178,8 @@ core::Result<Value> readTagged(const Json& j, const std::string& where);
 core::Result<Value> readRecord(const Json& j, const std::string& where) {
     std::string className = j.at("class").is_string() ? j.at("class").get<std::string>() : "";
     if (className.empty()) return core::fail(where + ": \"class\" must be a class name");
+    if (core::isPlainValueClassName(className))
+        return core::fail(where + ": \"" + className + "\" is the class of a plain value, not of a record");
     core::RecordClass rc = core::recordClassNamed(className);
     core::Ref<Record> record;
     if (rc == core::RecordClass::Foreign) {
@@ -269,6 +272,8 @@ core::Result<Value> readTagged(const Json& j, const std::string& where) {
     if (tag == "date") {
         if (x.is_number()) return Value::date(core::Date{x.get<double>()});
         if (!x.is_string()) return core::fail(where + ": an ISO 8601 date is expected");
+        // A date outside the years 1–9999 is dumped as its seconds, "nan" and "inf" too.
+        if (auto special = jsonReal(x, where)) return Value::date(core::Date{*special});
         auto d = parseIsoDate(x.get<std::string>());
         if (!d) return core::fail(where + ": " + d.error().message);
         return Value::date(*d);

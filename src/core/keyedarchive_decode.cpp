@@ -33,6 +33,11 @@ struct ClassDesc {
     std::vector<std::string> chain;
 };
 
+bool isArrayClassName(std::string_view n) {
+    return n == "NSArray" || n == "NSMutableArray" || n == "NSSet" || n == "NSMutableSet" ||
+           n == "NSOrderedSet" || n == "NSMutableOrderedSet";
+}
+
 class Decoder {
   public:
     Decoder(const BinaryPlistReader& reader, uint64_t fileSize)
@@ -296,9 +301,7 @@ class Decoder {
     Result<Value> decodeObject(uint32_t uid, const ClassDesc& cls, const ObjectFields& fields,
                                int depth) {
         const std::string& n = cls.name;
-        if (n == "NSArray" || n == "NSMutableArray" || n == "NSSet" || n == "NSMutableSet" ||
-            n == "NSOrderedSet" || n == "NSMutableOrderedSet")
-            return decodeArray(fields, depth);
+        if (isArrayClassName(n)) return decodeArray(fields, depth);
         if (n == "NSDictionary" || n == "NSMutableDictionary") return decodeDict(fields, depth);
         if (n == "NSString" || n == "NSMutableString") {
             if (const uint64_t* s = field(fields, "NS.string")) {
@@ -576,6 +579,12 @@ class Decoder {
 };
 
 } // namespace
+
+bool isPlainValueClassName(std::string_view n) {
+    return isArrayClassName(n) || n == "NSDictionary" || n == "NSMutableDictionary" ||
+           n == "NSString" || n == "NSMutableString" || n == "NSDate" || n == "NSData" ||
+           n == "NSMutableData";
+}
 
 Result<Value> decodeKeyedArchive(std::string_view bytes, const std::string& context) {
     auto reader = BinaryPlistReader::open(bytes, context);
