@@ -2,6 +2,7 @@
 
 #include "core/record.h"
 
+#include <algorithm>
 #include <cctype>
 #include <charconv>
 #include <limits>
@@ -446,9 +447,11 @@ bool nestsWithin(const Value& value, int levels) {
         const bool foreign = record.recordClass() == RecordClass::Foreign;
         const int below = levels - (foreign ? 1 : 2);
         if (below < 0 && !foreign) return false;
+        // A property of ours fits into any record: it may be copied into another one.
+        const int propertyLevels = foreign ? below : std::min(below, kMaxValueNesting);
         bool fits = true;
         record.properties().forEach([&](const std::string&, const Value& member) {
-            fits = fits && nestsWithin(member, below);
+            fits = fits && nestsWithin(member, propertyLevels);
         });
         for (size_t i = 0; i < record.listCount() && fits; ++i)
             for (const auto& child : record.list(i))

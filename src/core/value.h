@@ -197,7 +197,9 @@ inline constexpr int kMaxValueNesting = kMaxNesting - kBookNesting;
 /// a row icon is 1 (an image object that names it); a dictionary, list or foreign record
 /// holding anything is one more than its deepest member (0 when empty); a record of ours is
 /// two more than its deepest property or child record (its properties and lists are objects
-/// of their own). Walks no deeper than `levels` + 1.
+/// of their own), and each of its properties nests within `kMaxValueNesting` wherever the
+/// record stands, so that a property can be copied into any record. Walks no deeper than
+/// `levels` + 1.
 [[nodiscard]] bool nestsWithin(const Value& value, int levels);
 
 /// Float read of a text as the platform's string-to-float does it: leading blanks are

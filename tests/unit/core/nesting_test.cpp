@@ -95,6 +95,25 @@ TEST(Nesting, TheWriterStoresExactlyWhatTheReaderTakes) {
     std::filesystem::remove_all(folder);
 }
 
+TEST(Nesting, APropertyFitsIntoAnyRecordWhereverItsRecordStands) {
+    // A client stands higher than an item, but its properties may nest no deeper: a template
+    // of the client copies its values into items.
+    auto client = Record::makeBare(RecordClass::Client);
+    client->set("deep", listsAround(kMaxValueNesting));
+    const Value fits = Value::dict({{"clients", Value::array({Value::record(client)})}});
+    EXPECT_TRUE(nestsWithin(fits, kMaxNesting));
+    EXPECT_TRUE(decodeKeyedArchive(encodeKeyedArchive(fits)).has_value());
+    client->set("deep", listsAround(kMaxValueNesting + 1));
+    const Value tooDeep = Value::dict({{"clients", Value::array({Value::record(client)})}});
+    EXPECT_FALSE(nestsWithin(tooDeep, kMaxNesting));
+    EXPECT_TRUE(hasError(decodeKeyedArchive(encodeKeyedArchive(tooDeep)), "nested more than 200"));
+    EXPECT_TRUE(hasError(loadJson(dumpJson(tooDeep)), "nested more than 200"));
+    // Foreign objects keep what they hold: only the whole limit counts for them.
+    auto foreign = Record::makeForeign("NSColor", {"NSColor", "NSObject"});
+    foreign->set("deep", listsAround(kMaxNesting - 2));
+    EXPECT_TRUE(nestsWithin(Value::array({Value::record(foreign)}), kMaxNesting));
+}
+
 TEST(Nesting, ATaggedValueFitsIntoAnyRecordOrItIsRefused) {
     auto fits = loadTaggedJson(taggedLists(kMaxValueNesting));
     ASSERT_TRUE(fits.has_value());
