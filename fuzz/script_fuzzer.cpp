@@ -29,6 +29,10 @@ extern "C" int LLVMFuzzerInitialize(int*, char***) {
     std::string pattern = (std::filesystem::temp_directory_path() / "zifora-script-fuzz-XXXXXX").string();
     if (!mkdtemp(pattern.data())) std::abort();
     g_home = pattern;
+    std::atexit([] {
+        std::error_code ec;
+        std::filesystem::remove_all(g_home, ec);
+    });
     setenv("HOME", pattern.c_str(), 1);
     unsetenv("XDG_DATA_HOME");
     unsetenv("XDG_CONFIG_HOME");
