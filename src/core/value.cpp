@@ -428,6 +428,31 @@ bool boolFromText(std::string_view text) {
     return c == 'Y' || c == 'y' || c == 'T' || c == 't' || (c >= '1' && c <= '9');
 }
 
+namespace {
+
+bool recordNestsWithin(const Record& record, int levels) {
+    const bool foreign = record.recordClass() == RecordClass::Foreign;
+    const int below = levels - (foreign ? 1 : 2);
+    // A foreign object holds its members one level down; one of ours is two levels deep
+    // even when empty.
+    if (below < 0) return foreign && record.properties().empty();
+    // A property of ours fits into any record: it may be copied into another one.
+    const int propertyLevels = foreign ? below : std::min(below, kMaxValueNesting);
+    bool fits = true;
+    record.properties().forEachId([&](KeyId, const Value& member) {
+        // Texts and numbers, the most of them, need no call.
+        const Kind kind = member.kind();
+        if (kind == Kind::Dict || kind == Kind::Array || kind == Kind::Record || kind == Kind::Image)
+            fits = fits && nestsWithin(member, propertyLevels);
+    });
+    for (size_t i = 0; i < record.listCount() && fits; ++i)
+        for (const auto& child : record.list(i))
+            if (!recordNestsWithin(*child, below)) return false;
+    return fits;
+}
+
+} // namespace
+
 bool nestsWithin(const Value& value, int levels) {
     // Absent members are not written at all.
     if (value.isAbsent()) return true;
@@ -442,22 +467,7 @@ bool nestsWithin(const Value& value, int levels) {
         for (const Value& member : value.asArray())
             if (!nestsWithin(member, levels - 1)) return false;
         return true;
-    case Kind::Record: {
-        const Record& record = *value.asRecord();
-        const bool foreign = record.recordClass() == RecordClass::Foreign;
-        const int below = levels - (foreign ? 1 : 2);
-        if (below < 0 && !foreign) return false;
-        // A property of ours fits into any record: it may be copied into another one.
-        const int propertyLevels = foreign ? below : std::min(below, kMaxValueNesting);
-        bool fits = true;
-        record.properties().forEach([&](const std::string&, const Value& member) {
-            fits = fits && nestsWithin(member, propertyLevels);
-        });
-        for (size_t i = 0; i < record.listCount() && fits; ++i)
-            for (const auto& child : record.list(i))
-                if (!nestsWithin(Value::record(child), below)) return false;
-        return fits;
-    }
+    case Kind::Record: return recordNestsWithin(*value.asRecord(), levels);
     default: return true;
     }
 }

@@ -103,11 +103,18 @@ TEST(Nesting, APropertyFitsIntoAnyRecordWhereverItsRecordStands) {
     const Value fits = Value::dict({{"clients", Value::array({Value::record(client)})}});
     EXPECT_TRUE(nestsWithin(fits, kMaxNesting));
     EXPECT_TRUE(decodeKeyedArchive(encodeKeyedArchive(fits)).has_value());
+    const auto folder = std::filesystem::temp_directory_path() /
+                        ("zifora-nesting-client-" + std::to_string(::getpid()));
+    std::filesystem::create_directories(folder);
+    const std::string path = (folder / "Zifora.zfdb4").string();
+    EXPECT_TRUE(writeKeyedArchiveFile(path, fits).has_value());
     client->set("deep", listsAround(kMaxValueNesting + 1));
     const Value tooDeep = Value::dict({{"clients", Value::array({Value::record(client)})}});
     EXPECT_FALSE(nestsWithin(tooDeep, kMaxNesting));
     EXPECT_TRUE(hasError(decodeKeyedArchive(encodeKeyedArchive(tooDeep)), "nested more than 200"));
     EXPECT_TRUE(hasError(loadJson(dumpJson(tooDeep)), "nested more than 200"));
+    EXPECT_TRUE(hasError(writeKeyedArchiveFile(path, tooDeep), "nested more than 200"));
+    std::filesystem::remove_all(folder);
     // Foreign objects keep what they hold: only the whole limit counts for them.
     auto foreign = Record::makeForeign("NSColor", {"NSColor", "NSObject"});
     foreign->set("deep", listsAround(kMaxNesting - 2));
@@ -142,4 +149,33 @@ TEST(Nesting, FarDeeperJsonIsRefusedBeforeItIsParsed) {
     EXPECT_TRUE(jsonNestsWithin("[[]]", 2));
     EXPECT_FALSE(jsonNestsWithin("[[[]]]", 2));
     EXPECT_FALSE(jsonNestsWithin("[{\"a\":[", 2)); // malformed input is counted as far as it goes
+}
+
+// The writer counts the levels as it writes; at every boundary it agrees with nestsWithin.
+TEST(Nesting, TheWriterCountsAsNestsWithinDoes) {
+    const auto folder = std::filesystem::temp_directory_path() /
+                        ("zifora-nesting-sweep-" + std::to_string(::getpid()));
+    std::filesystem::create_directories(folder);
+    const std::string path = (folder / "x.zfdb4").string();
+    auto check = [&](const Value& v, const char* shape, int levels) {
+        EXPECT_EQ(writeKeyedArchiveFile(path, v).has_value(), nestsWithin(v, kMaxNesting))
+            << shape << " " << levels;
+    };
+    for (int levels = kMaxNesting - 3; levels <= kMaxNesting + 1; ++levels) {
+        check(listsAround(levels), "lists", levels);
+        check(Value::array({listsAround(levels - 1)}), "array", levels);
+        Value image = Value::image("client");
+        for (int i = 0; i < levels - 1; ++i) image = Value::dict({{"k", image}});
+        check(image, "image", levels);
+        Value records = Value::record(Record::makeBare(RecordClass::Item));
+        for (int i = 0; i < levels - 2; ++i) records = Value::array({records});
+        check(records, "records", levels);
+        auto foreign = Record::makeForeign("NSColor", {});
+        foreign->set("n", Value::integer(1));
+        Value foreigns = Value::record(foreign);
+        for (int i = 0; i < levels - 1; ++i) foreigns = Value::array({foreigns});
+        check(foreigns, "foreigns", levels);
+        check(bookWithDeepestItem(listsAround(levels - kBookNesting)), "book", levels);
+    }
+    std::filesystem::remove_all(folder);
 }
