@@ -1,5 +1,6 @@
 #include "bookkeeping/itemform.h"
 
+#include "core/utf8.h"
 #include "posting/amountentry.h"
 #include "shell/session.h"
 
@@ -23,6 +24,18 @@ struct ItemForm::Binding {
 namespace {
 
 using Binding = ItemForm::Binding;
+
+// A typed text as an alert quotes it: a paste of megabytes is cut after 40 characters.
+std::string quotedInAlert(std::string_view typed) {
+    constexpr size_t kShown = 40;
+    size_t at = 0;
+    for (size_t shown = 0; shown < kShown && at < typed.size(); ++shown) {
+        const size_t length = core::decodeUtf8(typed, at).length;
+        at += length ? length : 1;
+    }
+    if (at >= typed.size()) return std::string(typed);
+    return std::string(typed.substr(0, at)) + "…";
+}
 
 // The tax control's value is the tag of its chosen segment: 1 to 3 the rates, 4 tax-free,
 // 5 outside the scope of the tax, 0 none chosen.
@@ -181,7 +194,7 @@ void ItemForm::writeSum(const Binding& b, const std::string& typed) {
     } else {
         m_session.services().ui.alert(
             AlertRequest{"Fehler!",
-                         "„" + typed +
+                         "„" + quotedInAlert(typed) +
                              "“ ist keine gültige Summe. Bitte gib einen positiven Betrag ein, "
                              "zum Beispiel 119,50.",
                          {"OK"},

@@ -97,6 +97,8 @@ core::Ref<core::Record> ItemListController::readHandOverItem() const {
     if (!root || root->kind() != core::Kind::Record) return {};
     core::Ref<core::Record> item = root->recordRef();
     if (!item || item->recordClass() != core::RecordClass::Item) return {};
+    // The file may come from elsewhere: its item must fit where the deepest items stand.
+    if (!core::nestsWithin(*root, core::kMaxValueNesting + 2)) return {};
     return item;
 }
 

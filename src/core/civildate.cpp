@@ -1,5 +1,7 @@
 #include "core/civildate.h"
 
+#include <cmath>
+
 namespace zifora::core {
 
 namespace {
@@ -10,13 +12,25 @@ namespace {
 constexpr int64_t kDaysPerEra = 146097;
 constexpr int64_t kDaysFromEraStartToUnixDay = 719468;
 
+// Rounds down; for any `a` and a positive `b`, without overflow.
 int64_t floorDivide(int64_t a, int64_t b) {
-    return a >= 0 ? a / b : (a - (b - 1)) / b;
+    const int64_t q = a / b;
+    return a % b < 0 ? q - 1 : q;
+}
+
+// The bounds within which the arithmetic below is exact and cannot overflow.
+constexpr int64_t kDayBound = int64_t{1} << 60;
+constexpr int64_t kYearBound = kDayBound / 366;
+
+int64_t bounded(int64_t v, int64_t bound) {
+    return v < -bound ? -bound : v > bound ? bound : v;
 }
 
 } // namespace
 
 int64_t daysFromCivil(int64_t year, unsigned month, unsigned day) {
+    year = bounded(year, kYearBound);
+    month = month < 1 ? 1 : month > 12 ? 12 : month;
     year -= month <= 2;
     const int64_t era = floorDivide(year, 400);
     const auto yearOfEra = static_cast<unsigned>(year - era * 400);
@@ -26,7 +40,7 @@ int64_t daysFromCivil(int64_t year, unsigned month, unsigned day) {
 }
 
 CivilDate civilFromDays(int64_t days) {
-    days += kDaysFromEraStartToUnixDay;
+    days = bounded(days, kDayBound) + kDaysFromEraStartToUnixDay;
     const int64_t era = floorDivide(days, kDaysPerEra);
     const auto dayOfEra = static_cast<unsigned>(days - era * kDaysPerEra);
     const unsigned yearOfEra =
@@ -58,6 +72,13 @@ CivilTime civilFromUnixSeconds(int64_t seconds) {
     const int64_t days = floorDivide(seconds, kSecondsPerDay);
     const auto ofDay = static_cast<unsigned>(seconds - days * kSecondsPerDay);
     return {civilFromDays(days), ofDay / 3600, ofDay / 60 % 60, ofDay % 60};
+}
+
+std::optional<CivilTime> civilFromUnixTime(double seconds) {
+    const double whole = std::floor(seconds);
+    // Written so that NaN fails the test too.
+    if (!(whole >= kFirstCivilUnixSecond && whole <= kLastCivilUnixSecond)) return std::nullopt;
+    return civilFromUnixSeconds(static_cast<int64_t>(whole));
 }
 
 } // namespace zifora::core

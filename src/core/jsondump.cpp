@@ -2,6 +2,7 @@
 
 #include "core/base64.h"
 #include "core/civildate.h"
+#include "core/keyedarchive.h"
 #include "core/record.h"
 #include "core/utf8.h"
 
@@ -177,6 +178,8 @@ core::Result<Value> readTagged(const Json& j, const std::string& where);
 core::Result<Value> readRecord(const Json& j, const std::string& where) {
     std::string className = j.at("class").is_string() ? j.at("class").get<std::string>() : "";
     if (className.empty()) return core::fail(where + ": \"class\" must be a class name");
+    if (core::isPlainValueClassName(className))
+        return core::fail(where + ": \"" + className + "\" is the class of a plain value, not of a record");
     core::RecordClass rc = core::recordClassNamed(className);
     core::Ref<Record> record;
     if (rc == core::RecordClass::Foreign) {
@@ -269,6 +272,8 @@ core::Result<Value> readTagged(const Json& j, const std::string& where) {
     if (tag == "date") {
         if (x.is_number()) return Value::date(core::Date{x.get<double>()});
         if (!x.is_string()) return core::fail(where + ": an ISO 8601 date is expected");
+        // A date outside the years 1–9999 is dumped as its seconds, "nan" and "inf" too.
+        if (auto special = jsonReal(x, where)) return Value::date(core::Date{*special});
         auto d = parseIsoDate(x.get<std::string>());
         if (!d) return core::fail(where + ": " + d.error().message);
         return Value::date(*d);
@@ -314,9 +319,19 @@ core::Result<Value> readPlainMember(const Json& j, const std::string& where) {
 }
 
 Json parseJson(std::string_view text, std::string& error) {
+    // Checked before the parse: reading, copying, writing and freeing a JSON value all
+    // recurse once per level.
+    if (!jsonNestsWithin(text, kMaxJsonNesting)) {
+        error = "the JSON is nested more than " + std::to_string(kMaxJsonNesting) + " levels deep";
+        return Json();
+    }
     Json j = Json::parse(text, nullptr, /*allow_exceptions=*/false);
     if (j.is_discarded()) error = "the text is not valid JSON";
     return j;
+}
+
+std::string tooDeep(const std::string& where, int levels) {
+    return where + ": the values are nested more than " + std::to_string(levels) + " levels deep";
 }
 
 } // namespace
@@ -329,6 +344,25 @@ std::string taggedObjectJson(const std::vector<std::pair<std::string, core::Valu
         out += ':' + taggedJson(value);
     }
     return out + "}";
+}
+
+bool jsonNestsWithin(std::string_view json, int levels) {
+    int depth = 0;
+    bool inString = false;
+    for (size_t i = 0; i < json.size(); ++i) {
+        const char c = json[i];
+        if (inString) {
+            if (c == '\\') ++i;
+            else if (c == '"') inString = false;
+        } else if (c == '"') {
+            inString = true;
+        } else if (c == '[' || c == '{') {
+            if (++depth > levels) return false;
+        } else if (c == ']' || c == '}') {
+            --depth;
+        }
+    }
+    return true;
 }
 
 void appendJsonString(std::string& out, std::string_view text) {
@@ -434,16 +468,23 @@ core::Result<Value> loadJson(std::string_view text) {
             if (!v) return v;
             entries.emplace_back(k, std::move(*v));
         }
-        return Value::dict(std::move(entries));
+        Value root = Value::dict(std::move(entries));
+        if (!nestsWithin(root, kMaxNesting)) return core::fail(tooDeep("root", kMaxNesting));
+        return root;
     }
-    return readPlainMember(j, "root");
+    auto root = readPlainMember(j, "root");
+    if (root && !nestsWithin(*root, kMaxNesting)) return core::fail(tooDeep("root", kMaxNesting));
+    return root;
 }
 
 core::Result<Value> loadTaggedJson(std::string_view text) {
     std::string error;
     Json j = parseJson(text, error);
     if (!error.empty()) return core::fail(error);
-    return readTagged(j, "value");
+    auto value = readTagged(j, "value");
+    if (value && !nestsWithin(*value, kMaxValueNesting))
+        return core::fail(tooDeep("value", kMaxValueNesting));
+    return value;
 }
 
 } // namespace zifora::core

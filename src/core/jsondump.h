@@ -26,10 +26,21 @@ namespace zifora::core {
 /// A JSON object of tagged values, its keys in the given order; an absent value is null.
 [[nodiscard]] std::string taggedObjectJson(const std::vector<std::pair<std::string, core::Value>>& entries);
 
-/// Reads a dump back into values; errors name the place in the JSON.
+/// Reads a dump back into values; errors name the place in the JSON. Values nested deeper
+/// than `kMaxNesting` (as the keyed archive counts them) are refused.
 [[nodiscard]] core::Result<core::Value> loadJson(std::string_view json);
-/// Reads one tagged value, given as JSON text.
+/// Reads one tagged value, given as JSON text; it may nest `kMaxValueNesting` levels, so
+/// that it fits into any record of a book or into the settings.
 [[nodiscard]] core::Result<core::Value> loadTaggedJson(std::string_view json);
+
+/// JSON nesting that carries `kMaxNesting` levels of values in the tagged form (a list is
+/// {"array":[…]}, two levels of JSON), with room for the few levels of a script line around
+/// them. Deeper JSON is refused before it is parsed.
+inline constexpr int kMaxJsonNesting = 2 * kMaxNesting + 8;
+
+/// True when the arrays and objects of the JSON text nest at most `levels` deep. One pass,
+/// no recursion; the text need not be valid JSON (brackets inside strings don't count).
+[[nodiscard]] bool jsonNestsWithin(std::string_view json, int levels);
 
 /// ISO 8601 text of a date, in UTC, with the fraction of the second.
 [[nodiscard]] std::string isoDate(core::Date date);

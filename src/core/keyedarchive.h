@@ -21,6 +21,10 @@ namespace zifora::core {
 [[nodiscard]] Result<Value> decodeKeyedArchive(std::string_view bytes,
                                                const std::string& context = "archive");
 
+/// True for the class names whose objects the reader takes for plain values (lists,
+/// dictionaries, texts, dates, data) whatever they hold: no record may be written under one.
+[[nodiscard]] bool isPlainValueClassName(std::string_view className);
+
 /// Reads a file and decodes it; a missing file, and one that can't be read as a file (no
 /// permission, a folder, a FIFO, a device, an I/O error), are errors of their own kind.
 struct ArchiveFileError {

@@ -15,7 +15,10 @@ namespace zifora::core {
 
 namespace {
 
-constexpr int kMaxDepth = 200;
+// The decoder counts the levels as `nestsWithin` does, or more (a text may stand in an
+// object of its own), so that what it reads nests within the limit and whatever the encoder
+// writes within the limit reads back.
+constexpr int kMaxDepth = kMaxNesting;
 // Shared objects make a small file stand for a large tree (each level of "[x, x]" doubles
 // it), and whoever walks or writes the tree pays for its full size. An archive may stand for
 // this many values per byte, or for the floor, whichever is more.
@@ -29,6 +32,11 @@ struct ClassDesc {
     std::string name;
     std::vector<std::string> chain;
 };
+
+bool isArrayClassName(std::string_view n) {
+    return n == "NSArray" || n == "NSMutableArray" || n == "NSSet" || n == "NSMutableSet" ||
+           n == "NSOrderedSet" || n == "NSMutableOrderedSet";
+}
 
 class Decoder {
   public:
@@ -78,7 +86,13 @@ class Decoder {
             if (key && *key == "root") {
                 auto uid = uidAt(topObject->refs[topObject->count() + i]);
                 if (!uid) return std::unexpected(uid.error());
-                return decode(*uid, 0);
+                auto root = decode(*uid, 0);
+                // A shared object is read once and taken as it is where it comes again,
+                // perhaps deeper down: the tree as a whole must nest within the limit.
+                if (root && !nestsWithin(*root, kMaxNesting))
+                    return failure("the values are nested more than " +
+                                   std::to_string(kMaxNesting) + " levels deep");
+                return root;
             }
         }
         return failure("the archive has no root object");
@@ -287,9 +301,7 @@ class Decoder {
     Result<Value> decodeObject(uint32_t uid, const ClassDesc& cls, const ObjectFields& fields,
                                int depth) {
         const std::string& n = cls.name;
-        if (n == "NSArray" || n == "NSMutableArray" || n == "NSSet" || n == "NSMutableSet" ||
-            n == "NSOrderedSet" || n == "NSMutableOrderedSet")
-            return decodeArray(fields, depth);
+        if (isArrayClassName(n)) return decodeArray(fields, depth);
         if (n == "NSDictionary" || n == "NSMutableDictionary") return decodeDict(fields, depth);
         if (n == "NSString" || n == "NSMutableString") {
             if (const uint64_t* s = field(fields, "NS.string")) {
@@ -567,6 +579,12 @@ class Decoder {
 };
 
 } // namespace
+
+bool isPlainValueClassName(std::string_view n) {
+    return isArrayClassName(n) || n == "NSDictionary" || n == "NSMutableDictionary" ||
+           n == "NSString" || n == "NSMutableString" || n == "NSDate" || n == "NSData" ||
+           n == "NSMutableData";
+}
 
 Result<Value> decodeKeyedArchive(std::string_view bytes, const std::string& context) {
     auto reader = BinaryPlistReader::open(bytes, context);

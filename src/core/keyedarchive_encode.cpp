@@ -122,7 +122,27 @@ class Encoder {
         return m_plist.finish(m_top);
     }
 
+    /// True when what was written nests deeper than the reader takes (see `nestsWithin`,
+    /// whose count the encoder keeps as it goes, at no cost of a walk of its own).
+    [[nodiscard]] bool tooDeep() const { return m_tooDeep; }
+
   private:
+    // The level of the value being written, and the deepest level its tree may reach.
+    int m_depth = 0;
+    int m_limit = kMaxNesting;
+    bool m_tooDeep = false;
+
+    void reach(int level) {
+        if (level > m_limit) [[unlikely]]
+            m_tooDeep = true;
+    }
+    // One level further down for the members written while it lives.
+    struct Deeper {
+        explicit Deeper(Encoder& e) : m_e(e) { ++m_e.m_depth; }
+        ~Deeper() { --m_e.m_depth; }
+        Encoder& m_e;
+    };
+
     uint32_t newUid(uint64_t plistObject) {
         m_uidObjects.push_back(plistObject);
         return static_cast<uint32_t>(m_uidObjects.size() - 1);
@@ -285,6 +305,7 @@ class Encoder {
         ScratchList keyRefs(*this), valueRefs(*this);
         keyRefs->reserve(n);
         valueRefs->reserve(n);
+        Deeper members(*this);
         forEach([&](auto key, const Value& v) {
             uint32_t valueUid = encode(v);
             if (valueUid == 0) return; // absent values are not stored
@@ -314,6 +335,7 @@ class Encoder {
         uint32_t uid = reserveUid();
         ScratchList refs(*this);
         refs->reserve(range.size());
+        Deeper elements(*this);
         for (const auto& element : range) {
             uint32_t elementUid = encodeElement(element);
             if (elementUid != 0) refs->push_back(uidRef(elementUid));
@@ -327,6 +349,12 @@ class Encoder {
 
     uint32_t encodeRecord(const Record& record) {
         if (record.recordClass() == RecordClass::Foreign) return encodeForeign(record);
+        // Its properties and lists are objects of their own: their members stand two levels
+        // down, and a property may nest no deeper than it could in any record.
+        reach(m_depth + 2);
+        Deeper objects(*this);
+        const int limit = m_limit;
+        m_limit = std::min(m_limit, m_depth + 1 + kMaxValueNesting);
         uint32_t uid = reserveUid();
         uint32_t& cached = m_recordClassUid[static_cast<size_t>(record.recordClass())];
         if (cached == 0)
@@ -334,6 +362,7 @@ class Encoder {
         const uint32_t cls = cached;
         std::vector<uint64_t> keys{plainString("properties")};
         std::vector<uint64_t> values{uidRef(encodeProperties(record.properties()))};
+        m_limit = limit;
         const ClassInfo& info = classInfo(record.recordClass());
         for (size_t i = 0; i < info.listKeys.size(); ++i) {
             keys.push_back(plainString(info.listKeys[i]));
@@ -348,7 +377,10 @@ class Encoder {
         uint32_t uid = reserveUid();
         uint32_t cls = classUid(record.className(), record.classChain());
         std::vector<uint64_t> keys, values;
+        reach(m_depth);
+        Deeper members(*this);
         record.properties().forEach([&](const std::string& key, const Value& v) {
+            reach(m_depth);
             keys.push_back(plainString(key));
             switch (v.kind()) {
             case Kind::Float: values.push_back(m_plist.addReal32(v.asFloat())); break;
@@ -364,6 +396,7 @@ class Encoder {
     }
 
     uint32_t encode(const Value& v) {
+        if (!v.isAbsent() && v.kind() != Kind::Record) reach(v.kind() == Kind::Image ? m_depth + 1 : m_depth);
         switch (v.kind()) {
         case Kind::Absent: return 0;
         case Kind::String: return stringUid(v.text());
@@ -413,7 +446,13 @@ std::string encodeKeyedArchive(const Value& root) {
 }
 
 Result<void> writeKeyedArchiveFile(const std::string& path, const Value& root) {
-    return writeFileAtomically(path, encodeKeyedArchive(root));
+    // What the reader would refuse is not written: the file on disk stays readable.
+    Encoder encoder;
+    std::string bytes = encoder.finish(root);
+    if (encoder.tooDeep())
+        return fail(path + ": the values are nested more than " + std::to_string(kMaxNesting) +
+                    " levels deep");
+    return writeFileAtomically(path, bytes);
 }
 
 } // namespace zifora::core

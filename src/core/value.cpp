@@ -2,6 +2,7 @@
 
 #include "core/record.h"
 
+#include <algorithm>
 #include <cctype>
 #include <charconv>
 #include <limits>
@@ -425,6 +426,50 @@ bool boolFromText(std::string_view text) {
     if (i >= text.size()) return false;
     char c = text[i];
     return c == 'Y' || c == 'y' || c == 'T' || c == 't' || (c >= '1' && c <= '9');
+}
+
+namespace {
+
+bool recordNestsWithin(const Record& record, int levels) {
+    const bool foreign = record.recordClass() == RecordClass::Foreign;
+    const int below = levels - (foreign ? 1 : 2);
+    // A foreign object holds its members one level down; one of ours is two levels deep
+    // even when empty.
+    if (below < 0) return foreign && record.properties().empty();
+    // A property of ours fits into any record: it may be copied into another one.
+    const int propertyLevels = foreign ? below : std::min(below, kMaxValueNesting);
+    bool fits = true;
+    record.properties().forEachId([&](KeyId, const Value& member) {
+        // Texts and numbers, the most of them, need no call.
+        const Kind kind = member.kind();
+        if (kind == Kind::Dict || kind == Kind::Array || kind == Kind::Record || kind == Kind::Image)
+            fits = fits && nestsWithin(member, propertyLevels);
+    });
+    for (size_t i = 0; i < record.listCount() && fits; ++i)
+        for (const auto& child : record.list(i))
+            if (!recordNestsWithin(*child, below)) return false;
+    return fits;
+}
+
+} // namespace
+
+bool nestsWithin(const Value& value, int levels) {
+    // Absent members are not written at all.
+    if (value.isAbsent()) return true;
+    if (levels < 0) return false;
+    switch (value.kind()) {
+    case Kind::Image: return levels >= 1;
+    case Kind::Dict:
+        for (const auto& [key, member] : value.asDict())
+            if (!nestsWithin(member, levels - 1)) return false;
+        return true;
+    case Kind::Array:
+        for (const Value& member : value.asArray())
+            if (!nestsWithin(member, levels - 1)) return false;
+        return true;
+    case Kind::Record: return recordNestsWithin(*value.asRecord(), levels);
+    default: return true;
+    }
 }
 
 } // namespace zifora::core

@@ -179,6 +179,29 @@ class Value {
 
 static_assert(sizeof(Value) == 16);
 
+/// How deep values may nest, for every reader and writer alike: the keyed archives, the XML
+/// property lists, the JSON dump and the script language. Each refuses deeper values where
+/// they come in, so that nothing can be stored that cannot be read back and no reader or
+/// writer recurses without bound. The levels are counted as the keyed archive nests its
+/// objects: see `nestsWithin`.
+inline constexpr int kMaxNesting = 200;
+
+/// The levels above a property value of the deepest record of a book: the root dictionary,
+/// "clients", Client, "theYears", Year, "thelists", Thelist, "items", Item and its
+/// properties. A value that comes in to be put into a record or the settings may nest this
+/// much less than `kMaxNesting`, so that it fits wherever it is put.
+inline constexpr int kBookNesting = 10;
+inline constexpr int kMaxValueNesting = kMaxNesting - kBookNesting;
+
+/// True when `value` nests at most `levels` deep. A text, number, date or data is level 0;
+/// a row icon is 1 (an image object that names it); a dictionary, list or foreign record
+/// holding anything is one more than its deepest member (0 when empty); a record of ours is
+/// two more than its deepest property or child record (its properties and lists are objects
+/// of their own), and each of its properties nests within `kMaxValueNesting` wherever the
+/// record stands, so that a property can be copied into any record. Walks no deeper than
+/// `levels` + 1.
+[[nodiscard]] bool nestsWithin(const Value& value, int levels);
+
 /// Float read of a text as the platform's string-to-float does it: leading blanks are
 /// skipped and reading stops at the first character that cannot belong to a number.
 [[nodiscard]] float floatFromText(std::string_view text);

@@ -10,8 +10,9 @@
 
 namespace zifora::core {
 
-/// Values nested deeper than this are refused by the reader and the writer alike.
-inline constexpr int kXmlPlistMaxDepth = 512;
+/// Values nested deeper than this are refused by the reader and the writer alike: the
+/// root stands at depth 1, so its members may nest `kMaxNesting` levels below it.
+inline constexpr int kXmlPlistMaxDepth = kMaxNesting + 1;
 
 /// Chooses the kind of a number read from a <real> or <integer> element. `key` is the key of
 /// the dictionary entry that holds the number ("" for an array element or the root), `depth`

@@ -2,6 +2,8 @@
 
 #include "posting/icusupport.h"
 
+#include "core/civildate.h"
+
 #include <unicode/datefmt.h>
 
 namespace zifora::posting {
@@ -24,6 +26,8 @@ DateFormatter::~DateFormatter() = default;
 
 std::string DateFormatter::format(core::Date date) const {
     if (!m_impl->format) return {};
+    // Beyond the years 1 to 9999 a date shows as nothing, as everywhere in the program.
+    if (!core::civilFromUnixTime(date.unixSeconds())) return {};
     icu::UnicodeString text;
     m_impl->format->format(icuMilliseconds(date), text);
     return detail::toUtf8(text);

@@ -23,6 +23,7 @@ class DateFormatter {
     DateFormatter& operator=(DateFormatter&&) noexcept;
     ~DateFormatter();
 
+    /// The date in the style; "" for a date outside the years 1 to 9999 or no number.
     [[nodiscard]] std::string format(core::Date date) const;
 
   private:

@@ -39,9 +39,11 @@ std::string fixedNumber(double value, int decimals) {
     return std::string(buffer, result.ptr);
 }
 
+// A date outside the years 1 to 9999 (or no number at all) is described by nothing.
 std::string dateDescription(core::Date date) {
-    const auto seconds = static_cast<int64_t>(std::floor(date.unixSeconds()));
-    const core::CivilTime civil = core::civilFromUnixSeconds(seconds);
+    const std::optional<core::CivilTime> time = core::civilFromUnixTime(date.unixSeconds());
+    if (!time) return {};
+    const core::CivilTime& civil = *time;
     char buffer[64];
     std::snprintf(buffer, sizeof buffer, "%04lld-%02u-%02u %02u:%02u:%02u +0000",
                   static_cast<long long>(civil.date.year), civil.date.month, civil.date.day,

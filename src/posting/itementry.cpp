@@ -12,10 +12,13 @@ namespace zifora::posting {
 using core::Value;
 
 std::string creationStamp(core::Date now) {
-    // Whole seconds, written as a 32-bit decimal as the stamp always was.
+    // Whole seconds, written as a 32-bit decimal as the stamp always was: their lowest 32
+    // bits, which fmod finds exactly for any time; a time that is no number stamps 0.
     const double seconds = std::floor(now.unixSeconds());
-    const auto whole = static_cast<int64_t>(seconds);
-    return std::to_string(static_cast<int32_t>(static_cast<uint32_t>(whole)));
+    if (!std::isfinite(seconds)) return "0";
+    double low = std::fmod(seconds, 4294967296.0);
+    if (low < 0) low += 4294967296.0;
+    return std::to_string(static_cast<int32_t>(static_cast<uint32_t>(low)));
 }
 
 void stampNewItem(core::Record& item, const core::Record* period, const core::Record* year,

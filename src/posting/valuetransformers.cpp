@@ -1,5 +1,6 @@
 #include "posting/valuetransformers.h"
 
+#include "core/civildate.h"
 #include "core/properties.h"
 #include "posting/dateformat.h"
 #include "posting/formatstring.h"
@@ -27,6 +28,10 @@ std::string_view itemTaxMark(const core::Value& taxBool) {
 
 std::string yearsSinceText(const core::Value& date, core::Date now) {
     if (date.kind() != core::Kind::Date) return {};
+    // The calendar counts only between dates it can show.
+    if (!core::civilFromUnixTime(date.asDate().unixSeconds()) ||
+        !core::civilFromUnixTime(now.unixSeconds()))
+        return {};
     UErrorCode status = U_ZERO_ERROR;
     std::unique_ptr<icu::Calendar> calendar(
         icu::Calendar::createInstance(detail::icuLocale({}, LocaleCategory::Dates), status));

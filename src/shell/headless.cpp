@@ -4,6 +4,9 @@
 
 #include <cmath>
 
+#include <cmath>
+#include <limits>
+
 namespace zifora::shell {
 
 namespace {
@@ -124,9 +127,11 @@ TimerId VirtualScheduler::every(double seconds, std::function<void()> task) {
 void VirtualScheduler::cancel(TimerId id) { m_tasks.erase(id); }
 
 void VirtualScheduler::advance(double seconds) {
-    const double target = m_now + std::max(0.0, seconds);
+    // The time stays a number: it stops at the largest there is.
+    const double target = std::min(m_now + std::max(0.0, seconds), std::numeric_limits<double>::max());
     // Small tolerance, so that 0.1 + 0.2 seconds of delays fall due at 0.3.
     const double epsilon = 1e-9;
+    std::map<TimerId, int> ticks; // per periodic timer: its runs in this advance
     for (;;) {
         auto next = m_tasks.end();
         for (auto it = m_tasks.begin(); it != m_tasks.end(); ++it)
@@ -134,14 +139,24 @@ void VirtualScheduler::advance(double seconds) {
                 next = it;
         if (next == m_tasks.end() || next->second.due > target + epsilon) break;
         m_now = std::max(m_now, next->second.due);
-        TimerId id = next->first;
-        std::function<void()> run = next->second.run;
-        if (next->second.interval > 0)
-            next->second.due += next->second.interval;
-        else
+        Task& task = next->second;
+        std::function<void()> run = task.run;
+        if (task.interval > 0) {
+            double due = task.due + task.interval;
+            if (++ticks[next->first] >= kMaxTicksPerAdvance && due <= target + epsilon) {
+                // The ticks beyond are dropped, as a machine that sleeps drops them; the
+                // timer goes on one interval after the new time.
+                due = target + task.interval;
+                if (!(due > target)) due = std::nextafter(target, INFINITY);
+            }
+            // Where the time is too large to count in steps of the interval, the next tick
+            // is the next time there is: a timer never runs twice at one time.
+            if (!(due > m_now)) due = std::nextafter(m_now, INFINITY);
+            task.due = due;
+        } else {
             m_tasks.erase(next);
+        }
         run();
-        (void)id;
     }
     m_now = target;
 }

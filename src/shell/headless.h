@@ -64,7 +64,14 @@ class VirtualScheduler final : public Scheduler {
     TimerId every(double seconds, std::function<void()> task) override;
     void cancel(TimerId id) override;
 
-    /// Moves the clock on by `seconds`, running every task that falls due, in order.
+    /// A periodic timer runs at most this often in one advance.
+    static constexpr int kMaxTicksPerAdvance = 10;
+
+    /// Moves the clock on by `seconds`, running every task that falls due, in order. A
+    /// periodic timer runs at each of its ticks, up to `kMaxTicksPerAdvance` of them; the
+    /// ticks beyond are dropped as on a machine that sleeps, and the timer goes on one
+    /// interval after the new time. So moving the clock on by years costs no more than by
+    /// minutes.
     void advance(double seconds);
     /// Runs what is due now (zero-delay calls, for instance).
     void runDue() { advance(0); }

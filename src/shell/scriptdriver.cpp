@@ -7,6 +7,8 @@
 
 #include <algorithm>
 #include <chrono>
+#include <cmath>
+#include <cstdint>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
@@ -32,6 +34,14 @@ ScriptDriver::ScriptDriver(Session& session, HeadlessServices& services)
             ++number;
             if (line.find_first_not_of(" \t\r") == std::string::npos || line.starts_with("#"))
                 continue;
+            // Checked before the parse, which like every walk of a JSON value recurses once
+            // per level.
+            if (!core::jsonNestsWithin(line, core::kMaxJsonNesting)) {
+                m_services.log.error("Zeile " + std::to_string(number) + ": mehr als " +
+                                     std::to_string(core::kMaxJsonNesting) +
+                                     " Ebenen verschachtelt");
+                continue;
+            }
             Json command = Json::parse(line, nullptr, /*allow_exceptions=*/false);
             if (command.is_discarded() || !command.is_object()) {
                 m_services.log.error("Zeile " + std::to_string(number) + ": kein gültiges JSON-Objekt");
@@ -50,7 +60,14 @@ ScriptDriver::ScriptDriver(Session& session, HeadlessServices& services)
         for (auto it = command.begin(); it != command.end(); ++it) {
             const std::string verb = it.key();
             const Json& arg = it.value();
-            std::string problem = dispatch(verb, arg, command);
+            std::string problem;
+            // Every verb checks its arguments; should a JSON value of a kind nobody expected
+            // still slip through to an accessor, the line fails and the run goes on.
+            try {
+                problem = dispatch(verb, arg, command);
+            } catch (const nlohmann::json::exception& e) {
+                problem = verb + ": unerwarteter Wert (" + e.what() + ")";
+            }
             if (!problem.empty()) m_services.log.error(where + problem);
         }
     }
@@ -67,7 +84,8 @@ ScriptDriver::ScriptDriver(Session& session, HeadlessServices& services)
         if (verb == "drag") return drag(arg);
         if (verb == "open") return openFile(arg);
         if (verb == "advance") {
-            if (!arg.is_number() || arg.get<double>() < 0) return "advance braucht eine Zahl von Sekunden";
+            if (!arg.is_number() || !std::isfinite(arg.get<double>()) || arg.get<double>() < 0)
+                return "advance braucht eine Zahl von Sekunden";
             m_services.scheduler.advance(arg.get<double>());
             return {};
         }
@@ -137,6 +155,7 @@ ScriptDriver::ScriptDriver(Session& session, HeadlessServices& services)
         for (const char* name : order) {
             if (!arg.contains(name)) continue;
             ListController* controller = m_session.selection().byRecordName(name);
+            if (!controller) continue;
             const Json& index = arg[name];
             if (index.is_null()) {
                 controller->setSelectionIndex(std::nullopt);
@@ -199,13 +218,21 @@ ScriptDriver::ScriptDriver(Session& session, HeadlessServices& services)
             if (!row.is_number_integer() || row.get<int64_t>() < 0) return "drag: rows sind Zeilennummern";
             request.rows.push_back(static_cast<size_t>(row.get<int64_t>()));
         }
-        if (arg.contains("to") && arg["to"].is_object()) {
+        if (arg.contains("to")) {
             const Json& to = arg["to"];
-            request.targetList = to.value("list", request.list);
+            if (!to.is_object()) return "drag: to ist ein Objekt mit list und row";
+            request.targetList = request.list;
+            if (to.contains("list")) {
+                if (!to["list"].is_string()) return "drag: die Zielliste ist ein Text";
+                request.targetList = to["list"].get<std::string>();
+            }
             if (to.contains("row") && to["row"].is_number_integer() && to["row"].get<int64_t>() >= 0)
                 request.targetRow = static_cast<size_t>(to["row"].get<int64_t>());
         }
-        request.option = arg.value("option", false);
+        if (arg.contains("option")) {
+            if (!arg["option"].is_boolean()) return "drag: option ist true oder false";
+            request.option = arg["option"].get<bool>();
+        }
         if (!m_session.drag(request)) return "Zeilen der Liste \"" + request.list + "\" lassen sich nicht ziehen";
         return {};
     }
@@ -224,7 +251,7 @@ ScriptDriver::ScriptDriver(Session& session, HeadlessServices& services)
     std::string ScriptDriver::queueAnswers(const Json& arg) {
         if (!arg.is_array()) return "answer braucht eine Liste";
         for (const Json& a : arg) {
-            if (!a.is_number_integer() || a.get<int>() < 0 || a.get<int>() > 2)
+            if (!a.is_number_integer() || a.get<int64_t>() < 0 || a.get<int64_t>() > 2)
                 return "eine Antwort ist 0, 1 oder 2";
             m_services.ui.queueAnswer(a.get<int>());
         }
@@ -244,7 +271,11 @@ ScriptDriver::ScriptDriver(Session& session, HeadlessServices& services)
     std::string ScriptDriver::doCommand(const Json& arg, const Json& command) {
         if (!arg.is_string()) return "do braucht den Namen eines Befehls";
         CommandSender sender;
-        if (command.contains("tag") && command["tag"].is_number_integer()) sender.tag = command["tag"].get<int>();
+        if (command.contains("tag") && command["tag"].is_number_integer()) {
+            const int64_t tag = command["tag"].get<int64_t>();
+            if (tag < INT32_MIN || tag > INT32_MAX) return "tag: die Zahl ist zu groß";
+            sender.tag = static_cast<int>(tag);
+        }
         if (!m_session.run(arg.get<std::string>(), sender))
             return "unbekannter Befehl \"" + arg.get<std::string>() + "\"";
         return {};

@@ -5,11 +5,15 @@
 #include <QPointer>
 #include <QTimer>
 
+#include "core/civildate.h"
+
 #include <cmath>
 
 namespace zifora::gui {
 
 QDateTime toQDateTime(core::Date date) {
+    // Outside the years 1 to 9999 there is no date to show: an invalid QDateTime.
+    if (!core::civilFromUnixTime(date.unixSeconds())) return QDateTime();
     const double ms = std::round(date.unixSeconds() * 1000.0);
     return QDateTime::fromMSecsSinceEpoch(static_cast<qint64>(ms));
 }

@@ -118,6 +118,12 @@ TEST_F(ItemFormTest, TheSumFieldTakesNothingBeforeAKindAndNothingThatIsNoAmount)
     EXPECT_NE(out.str().find("„fünfzig“ ist keine gültige Summe"), std::string::npos);
     type("sumField", "   ");
     EXPECT_EQ(item()->get("amount"), Value::string("")) << "blanks are an empty field";
+    // A paste of a megabyte is read (and refused: beyond the float range) in one pass; its
+    // alert quotes the first 40 characters.
+    type("sumField", Value::string("ü" + std::string(1 << 20, '9')));
+    EXPECT_NE(out.str().find("„ü" + std::string(39, '9') + "…“ ist keine gültige Summe"),
+              std::string::npos);
+    EXPECT_EQ(out.str().find(std::string(41, '9')), std::string::npos);
 }
 
 TEST_F(ItemFormTest, TheListObserverRunsForAnItemSelectedFromOutsideBeforeTypingLands) {

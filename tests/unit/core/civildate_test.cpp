@@ -3,6 +3,9 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
+#include <optional>
+
 using namespace zifora::core;
 
 TEST(CivilDate, TheReferenceDateAndTheDaysAroundIt) {
@@ -89,4 +92,22 @@ TEST(CivilDate, ADayPastTheMonthsEndRunsOn) {
     EXPECT_EQ(daysFromCivil(2025, 2, 31), daysFromCivil(2025, 3, 3));
     EXPECT_EQ(daysFromCivil(2024, 2, 31), daysFromCivil(2024, 3, 2));
     EXPECT_EQ(daysFromCivil(2025, 4, 31), daysFromCivil(2025, 5, 1));
+}
+
+// Every 64-bit number of seconds has a date (no overflow at the ends), and the dates the
+// program shows are those of the years 1 to 9999: nothing beyond, nor for NaN or infinity.
+TEST(CivilDate, EveryTimeHasADateAndOnlyTheYears1To9999AreShown) {
+    for (int64_t s : {INT64_MIN, INT64_MIN + 1, INT64_MAX, INT64_MAX - 86399}) {
+        const CivilTime t = civilFromUnixSeconds(s);
+        EXPECT_TRUE(isValidCivilDate(t.date.year, t.date.month, t.date.day)) << s;
+        EXPECT_LT(t.hour, 24u);
+    }
+    EXPECT_EQ(civilFromDays(INT64_MAX), civilFromDays(int64_t{1} << 60));
+    EXPECT_EQ(daysFromCivil(INT64_MIN, 1, 1), daysFromCivil(-(int64_t{1} << 60) / 366, 1, 1));
+    EXPECT_EQ(civilFromUnixTime(kFirstCivilUnixSecond), (CivilTime{{1, 1, 1}, 0, 0, 0}));
+    EXPECT_EQ(civilFromUnixTime(kLastCivilUnixSecond + 0.999), (CivilTime{{9999, 12, 31}, 23, 59, 59}));
+    EXPECT_EQ(civilFromUnixTime(-0.5), (CivilTime{{1969, 12, 31}, 23, 59, 59}));
+    for (double s : {kFirstCivilUnixSecond - 0.5, kLastCivilUnixSecond + 1, 1e300, -1e300,
+                     double(NAN), double(INFINITY), -double(INFINITY)})
+        EXPECT_EQ(civilFromUnixTime(s), std::nullopt) << s;
 }

@@ -100,3 +100,37 @@ TEST(JsonDump, DataIsBase64) {
     EXPECT_FALSE(core::loadTaggedJson(R"({"data":"Af8AA"})").has_value());
     EXPECT_FALSE(core::loadTaggedJson(R"({"data":"Af-_"})").has_value());
 }
+
+// The archive reads objects of these classes as plain values, whatever they hold: a record
+// loaded under such a name would be written as something that does not read back.
+TEST(JsonDump, LoadRefusesRecordsUnderTheClassNamesOfPlainValues) {
+    for (const char* name : {"NSArray", "NSMutableDictionary", "NSString", "NSDate", "NSData"}) {
+        const std::string json = std::string("{\"clients\":[{\"class\":\"Client\",\"theYears\":[") +
+                                 "{\"class\":\"" + name + "\",\"properties\":{}}]}]}";
+        auto loaded = core::loadJson(json);
+        ASSERT_FALSE(loaded.has_value()) << name;
+        EXPECT_NE(loaded.error().message.find("clients[0].theYears[0]: \"" + std::string(name) +
+                                              "\" is the class of a plain value"),
+                  std::string::npos)
+            << loaded.error().message;
+    }
+    // Foreign classes of other names are kept, and read back as records.
+    auto foreign = core::loadJson("{\"x\":{\"class\":\"NSColor\",\"properties\":{\"r\":{\"int\":1}}}}");
+    ASSERT_TRUE(foreign.has_value());
+    auto back = core::decodeKeyedArchive(core::encodeKeyedArchive(*foreign));
+    ASSERT_TRUE(back.has_value());
+    EXPECT_EQ(core::dumpJson(*back), core::dumpJson(*foreign));
+}
+
+// Dates outside the years 1–9999 are dumped as their seconds, and those that are no finite
+// number as "nan", "inf" or "-inf": each loads again to the same date.
+TEST(JsonDump, DatesDumpedAsNumbersLoadAgain) {
+    for (double t : {1e300, -1e300, double(NAN), double(INFINITY), -double(INFINITY)}) {
+        const Value date = Value::date(core::Date{t});
+        auto back = core::loadTaggedJson(core::taggedJson(date));
+        ASSERT_TRUE(back.has_value()) << core::taggedJson(date);
+        EXPECT_EQ(core::taggedJson(*back), core::taggedJson(date));
+    }
+    EXPECT_EQ(core::taggedJson(Value::date(core::Date{-1e300})), "{\"date\":-1e+300}");
+    EXPECT_EQ(core::taggedJson(Value::date(core::Date{NAN})), "{\"date\":\"nan\"}");
+}

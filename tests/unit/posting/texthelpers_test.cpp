@@ -1,9 +1,14 @@
 #include "core/properties.h"
 #include "posting/dateformat.h"
+#include "posting/formatstring.h"
+#include "posting/itementry.h"
+#include "posting/numberformat.h"
 #include "posting/textcleaning.h"
 #include "posting/valuetransformers.h"
 
 #include <gtest/gtest.h>
+
+#include <cmath>
 
 namespace zifora::posting {
 namespace {
@@ -85,6 +90,37 @@ TEST(ValueTransformers, ColoursAndMarks) {
     entry.set("sumEinnahme", Value::floatValue(5.0f));
     EXPECT_EQ(kPositiveColour, cashEntryColour(&entry)); // income wins
     EXPECT_EQ(kBlack, cashEntryColour(nullptr));
+}
+
+} // namespace
+} // namespace zifora::posting
+
+namespace zifora::posting {
+namespace {
+
+// A date outside the years 1 to 9999, or no number at all, shows as nothing: in reports, in
+// %@ (the accounts' CSV export, a tax rate's label), in the age of an asset and in the stamp.
+TEST(AbsurdDates, ShowAsNothingAndStampTheirLowest32Bits) {
+    const DateFormatter rows(DateStyle::Short, "de_DE");
+    for (double t : {1e300, -1e300, double(NAN), double(INFINITY), 3e11, -7e10}) {
+        const Date date{t};
+        EXPECT_EQ(rows.format(date), "") << t;
+        EXPECT_EQ(descriptionOf(Value::date(date)), "") << t;
+        EXPECT_EQ(formatString("\"%@\";\"%@\"\n", {Value::string("4400"), Value::date(date)}),
+                  "\"4400\";\"\"\n");
+        EXPECT_EQ(percentStringFromNumber(Value::date(date)), " %");
+        EXPECT_EQ(yearsSinceText(Value::date(date), Date::fromUnix(1.7e9)), "");
+        EXPECT_EQ(yearsSinceText(Value::date(Date::fromUnix(1.6e9)), date), "");
+    }
+    // The last second that shows, and the first that does not.
+    EXPECT_EQ(rows.format(Date::fromUnix(253402300800.0 - 86400 - 43200)), "30.12.99"); // noon
+    EXPECT_EQ(descriptionOf(Value::date(Date::fromUnix(253402300799.0))), "9999-12-31 23:59:59 +0000");
+    EXPECT_EQ(descriptionOf(Value::date(Date::fromUnix(253402300800.0))), "");
+    // The creation stamp keeps the lowest 32 bits of the whole seconds, for any time.
+    EXPECT_EQ(creationStamp(Date::fromUnix(4294967296.0 + 5)), "5");
+    EXPECT_EQ(creationStamp(Date::fromUnix(-1.0)), "-1");
+    EXPECT_EQ(creationStamp(Date::fromUnix(1e20)), "1661992960"); // 1e20 mod 2^32
+    EXPECT_EQ(creationStamp(Date{NAN}), "0");
 }
 
 } // namespace

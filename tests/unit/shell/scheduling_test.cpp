@@ -88,3 +88,32 @@ TEST(ListController, SelectionFollowsTheRecordAndClampsRestoredIndexes) {
     EXPECT_EQ(c.selected(), nullptr);
     EXPECT_EQ(c.count(), 0u);
 }
+
+TEST(VirtualScheduler, AnAbsurdAdvanceRunsAPeriodicTimerABoundedNumberOfTimes) {
+    VirtualScheduler s;
+    int saves = 0, reminders = 0;
+    s.every(30, [&] { ++saves; });
+    s.after(45, [&] { ++reminders; });
+    // Five minutes: every tick runs.
+    s.advance(300);
+    EXPECT_EQ(saves, 10);
+    // Centuries: the ticks beyond the cap are dropped; the timer goes on 30 s after the new
+    // time, and a one-shot task still runs once.
+    s.advance(1e12);
+    EXPECT_EQ(saves, 10 + VirtualScheduler::kMaxTicksPerAdvance);
+    EXPECT_EQ(reminders, 1);
+    s.advance(29);
+    EXPECT_EQ(saves, 20);
+    s.advance(1);
+    EXPECT_EQ(saves, 21);
+    // Where 30 s are below the precision of the time, the timer runs at most once per time
+    // there is, and an advance that cannot move the time runs nothing twice.
+    s.advance(1e20);
+    const int atTheEnd = saves;
+    EXPECT_LE(atTheEnd, 21 + VirtualScheduler::kMaxTicksPerAdvance);
+    s.advance(0);
+    s.advance(30);
+    EXPECT_LE(saves, atTheEnd + 1);
+    s.advance(1e300);
+    EXPECT_LE(saves, atTheEnd + 1 + VirtualScheduler::kMaxTicksPerAdvance);
+}
