@@ -17,6 +17,8 @@
 #include "bookkeeping/totalscontroller.h"
 #include "bookkeeping/yearcontroller.h"
 #include "core/chartfiles.h"
+#include "vat/advancereturncontroller.h"
+#include "vat/elstercontroller.h"
 #include "core/resourcefolders.h"
 
 namespace zifora::program {
@@ -51,6 +53,8 @@ Program::Program(shell::Services services, core::Places places, core::Settings& 
     add<MasterDataController>();
     add<OpenFileController>();
     add<GUIController>(resources.help);
+    add<vat::AdvanceReturnController>();
+    add<vat::ElsterController>();
 }
 
 Program::~Program() = default;
