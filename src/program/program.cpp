@@ -17,6 +17,7 @@
 #include "bookkeeping/totalscontroller.h"
 #include "bookkeeping/yearcontroller.h"
 #include "core/chartfiles.h"
+#include "reports/settlementjournalcontroller.h"
 #include "core/resourcefolders.h"
 
 namespace zifora::program {
@@ -51,6 +52,7 @@ Program::Program(shell::Services services, core::Places places, core::Settings& 
     add<MasterDataController>();
     add<OpenFileController>();
     add<GUIController>(resources.help);
+    add<reports::SettlementJournalController>();
 }
 
 Program::~Program() = default;
