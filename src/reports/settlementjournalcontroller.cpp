@@ -85,19 +85,15 @@ CommandResult SettlementJournalController::fail(std::string_view what, const std
     return CommandResult::refused(alert.text);
 }
 
-bool SettlementJournalController::mayOpenSheet(CommandResult& refusal) {
-    if (!m_session.settings().getBool("firstStepsDone")) {
-        refusal = refuse("Hinweis!", "Voranmeldungen vorbereiten und verwalten steht erst zur "
-                                     "Verfügung nachdem du den ersten Posten erfolgreich angelegt "
-                                     "hast.");
-        return false;
-    }
+std::optional<CommandResult> SettlementJournalController::sheetRefusal() {
+    if (!m_session.settings().getBool("firstStepsDone"))
+        return refuse("Hinweis!", "Voranmeldungen vorbereiten und verwalten steht erst zur "
+                                  "Verfügung nachdem du den ersten Posten erfolgreich angelegt "
+                                  "hast.");
     core::Record* period = m_session.selection().currentPeriod();
-    if (!period || period->items().empty()) {
-        refusal = refuse("Fehler!", "Du musst erst eine Abrechnung und zugehörige Posten anlegen.");
-        return false;
-    }
-    return true;
+    if (!period || period->items().empty())
+        return refuse("Fehler!", "Du musst erst eine Abrechnung und zugehörige Posten anlegen.");
+    return std::nullopt;
 }
 
 core::Result<std::string> SettlementJournalController::exportString() {
@@ -164,15 +160,13 @@ CommandResult SettlementJournalController::generatePDFTab() {
 }
 
 CommandResult SettlementJournalController::openTabJournalPrint() {
-    CommandResult refusal;
-    if (!mayOpenSheet(refusal)) return refusal;
+    if (auto refusal = sheetRefusal()) return *refusal;
     m_session.services().ui.showWindow(std::string(kPrintSheet));
     return generatePDFTab();
 }
 
 CommandResult SettlementJournalController::openTabJournalExport() {
-    CommandResult refusal;
-    if (!mayOpenSheet(refusal)) return refusal;
+    if (auto refusal = sheetRefusal()) return *refusal;
     m_session.fields().set("tabJournalExportButtonEnabled", core::Value::boolean(false));
     m_session.services().ui.showWindow(std::string(kExportSheet));
     return generatePDFTab();

@@ -8,6 +8,7 @@
 #include "shell/commandcatalog.h"
 #include "shell/feature.h"
 
+#include <optional>
 #include <string>
 
 namespace zifora::shell {
@@ -36,6 +37,11 @@ class SettlementJournalController final : public shell::Feature {
     /// A failure ends in a "Fehler!" alert and leaves no PDF.
     shell::CommandResult generatePDFTab();
 
+    /// The refusals of both sheets, in this order: before the first item ("firstStepsDone"),
+    /// and for no period or a period without items. Shows the alert and gives the refusal;
+    /// nothing when the sheets may open.
+    [[nodiscard]] std::optional<shell::CommandResult> sheetRefusal();
+
     shell::CommandResult openTabJournalPrint();
     shell::CommandResult openTabJournalExport();
     void closeTabJournalPrint();
@@ -52,8 +58,6 @@ class SettlementJournalController final : public shell::Feature {
 
   private:
     void registerCommands();
-    /// The refusals of both sheets, in order; true when the sheet may open.
-    [[nodiscard]] bool mayOpenSheet(shell::CommandResult& refusal);
     shell::CommandResult refuse(std::string title, std::string text);
     shell::CommandResult fail(std::string_view what, const std::string& path,
                               const std::string& cause);
