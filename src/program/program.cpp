@@ -17,6 +17,7 @@
 #include "bookkeeping/totalscontroller.h"
 #include "bookkeeping/yearcontroller.h"
 #include "core/chartfiles.h"
+#include "reports/settlementjournalcontroller.h"
 #include "vat/advancereturncontroller.h"
 #include "vat/elstercontroller.h"
 #include "core/resourcefolders.h"
@@ -53,6 +54,7 @@ Program::Program(shell::Services services, core::Places places, core::Settings& 
     add<MasterDataController>();
     add<OpenFileController>();
     add<GUIController>(resources.help);
+    add<reports::SettlementJournalController>();
     add<vat::AdvanceReturnController>();
     add<vat::ElsterController>();
 }
