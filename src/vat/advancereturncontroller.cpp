@@ -1,13 +1,17 @@
 #include "vat/advancereturncontroller.h"
 
 #include "core/record.h"
+#include "posting/formatstring.h"
 #include "posting/numberformat.h"
 #include "posting/valuetransformers.h"
+#include "reports/reportframe.h"
 #include "shell/events.h"
 #include "shell/session.h"
+#include "vat/periodsheet.h"
 
 #include <cmath>
 #include <cstdio>
+#include <filesystem>
 
 namespace zifora::vat {
 
@@ -75,6 +79,8 @@ AdvanceReturnController::AdvanceReturnController(shell::Session& session) : m_se
     observeFields();
     m_session.events().subscribe<SelectionChanged>(
         [this](const SelectionChanged&) { loadControls(); });
+    m_session.events().subscribe<TotalsComputed>(
+        [this](const TotalsComputed& computed) { writePeriodSheet(computed.totals); });
     m_session.events().subscribe<MultiPopOverShown>(
         [this](const MultiPopOverShown& shown) { fillPopOver(shown.tag); });
 }
@@ -274,6 +280,49 @@ void AdvanceReturnController::fillPopOver(int tag) {
     }
 }
 
-void AdvanceReturnController::writePeriodSheet(const posting::SettlementTotals&) {}
+// ---------------------------------------------------------------------------------------
+// The period sheet
+
+reports::ScratchFiles AdvanceReturnController::sheetFiles() const {
+    return reports::ScratchFiles::in(m_session.places().dataFolder, "PDFPreviewTab");
+}
+
+// After every run of the totals: the HTML in the data folder, and only when it was written
+// the PDF. The old files are gone first, so a failure leaves neither.
+void AdvanceReturnController::writePeriodSheet(const posting::SettlementTotals& totals) {
+    const reports::ScratchFiles files = sheetFiles();
+    files.remove();
+    Selection& selection = m_session.selection();
+    const core::Record* period = selection.currentPeriod();
+    if (!period) return;
+    core::Settings& settings = m_session.settings();
+    const SheetSettings sheet = SheetSettings::read(settings);
+    const Value year =
+        selection.currentYear() ? selection.currentYear()->get("dateValue") : Value{};
+    const std::string footer = periodSheetFooter(sheet.report.company, period->get("title"), year);
+    settings.setString("printFooter", footer);
+
+    const SheetInput input{*period, year,  selection.items.arranged(),
+                           totals,  sheet, m_session.now()};
+    Ui& ui = m_session.services().ui;
+    if (auto written = reports::writeReportHtml(files.html, periodSheetHtml(input)); !written) {
+        ui.alert(reports::fileFailureAlert("Die Abrechnung", files.html, written.error().message));
+        return;
+    }
+    // A program without PDF output (a command line built without Qt) keeps the HTML only:
+    // the sheet's PDF is a scratch file, and the print and preview that need it say so.
+    PdfRenderer& renderer = m_session.services().pdf;
+    if (dynamic_cast<NoPdfRenderer*>(&renderer)) return;
+    const std::string title =
+        posting::formatString("Abrechnung %@ %@", {period->get("title"), year});
+    auto rendered = renderer.render(
+        reports::pdfRequest(files.html, files.pdf, footer, title, sheet.report.company));
+    if (!rendered) {
+        std::error_code ignored;
+        std::filesystem::remove(files.pdf, ignored);
+        ui.alert(reports::fileFailureAlert("Die Abrechnung als PDF", files.pdf,
+                                           rendered.error().message));
+    }
+}
 
 } // namespace zifora::vat

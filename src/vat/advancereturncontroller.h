@@ -17,6 +17,7 @@
 // as "#rrggbb"), and for the open-taxes panel "openItemsWithField", "openItemsWithoutField".
 
 #include "core/value.h"
+#include "reports/reportframe.h"
 #include "shell/commandcatalog.h"
 #include "shell/feature.h"
 
@@ -49,6 +50,10 @@ class AdvanceReturnController final : public shell::Feature {
     shell::CommandResult meldungBuchen();
     void nichtSteuerbarAlert();
     shell::CommandResult printAbrechnung();
+
+    /// The period sheet's scratch files: "PDFPreviewTab.html" and "PDFPreviewTab.pdf" in the
+    /// data folder (the settlement journal writes the same two).
+    [[nodiscard]] reports::ScratchFiles sheetFiles() const;
 
   private:
     void registerCommands();

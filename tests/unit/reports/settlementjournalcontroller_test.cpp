@@ -61,8 +61,9 @@ TEST(JournalSheets, ExportSheetWritesTheJournalAndItsPdfWithTheReportMargins) {
     // The totals were run first.
     EXPECT_TRUE(book.settings.contains("tab-saldoField"));
 
-    ASSERT_EQ(book.pdf.requests.size(), 1u);
-    const shell::PdfRequest& pdf = book.pdf.requests[0];
+    // The totals run writes the advance return's period sheet first, then comes the journal.
+    ASSERT_EQ(book.pdf.requests.size(), 2u);
+    const shell::PdfRequest& pdf = book.pdf.requests[1];
     EXPECT_EQ(pdf.htmlPath, book.dataFile("PDFPreviewTab.html"));
     EXPECT_EQ(pdf.pdfPath, book.dataFile("PDFPreviewTab.pdf"));
     EXPECT_EQ(pdf.footer, "Grafikbüro Kranich & Co. · Übersicht März 2025 · Seite ");
@@ -181,8 +182,8 @@ TEST(JournalPrint, PrintsTheHtmlTheSheetWroteWithABottomMarginOf20) {
     auto result = book.app.run("printJournal:");
     ASSERT_EQ(result->outcome, Outcome::Done);
     EXPECT_EQ(*core::readWholeFile(book.dataFile("PDFPreviewTab.html")), before);
-    ASSERT_EQ(book.pdf.requests.size(), 2u);
-    const shell::PdfRequest& print = book.pdf.requests[1];
+    ASSERT_EQ(book.pdf.requests.size(), 3u); // period sheet, journal, print
+    const shell::PdfRequest& print = book.pdf.requests[2];
     EXPECT_EQ(print.htmlPath, book.dataFile("PDFPreviewTab.html"));
     EXPECT_EQ(print.pdfPath, book.dataFile("PDFPrintTab.pdf"));
     EXPECT_EQ(print.marginBottom, 20);

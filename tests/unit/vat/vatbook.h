@@ -1,12 +1,13 @@
 #pragma once
 // The program on the headless services over a temporary home with one client, one year and
 // the periods and items a test asks for; items get their amount keys from the item
-// calculation at the rates 19, 7 and 0. Every event of the run is kept as text.
+// calculation at the rates 19, 7 and 0. PDFs are stand-ins. Every event is kept as text.
 
 #include "posting/itemcalculation.h"
-#include "program/headlessprogram.h"
+#include "program/program.h"
+#include "sheetbook.h"
+#include "shell/headless.h"
 
-#include <cstdlib>
 #include <filesystem>
 #include <sstream>
 #include <string>
@@ -14,23 +15,22 @@
 namespace zifora::vat::testing {
 using namespace shell;
 
-struct HomeAndOutput {
-    HomeAndOutput() {
-        std::string pattern =
-            (std::filesystem::temp_directory_path() / "zifora-vat-XXXXXX").string();
-        home = mkdtemp(pattern.data());
-    }
-    std::filesystem::path home;
+inline constexpr core::Date kNow = kToday;
+
+struct VatBook : SheetHome {
     std::ostringstream out;
-};
+    HeadlessServices services{out, kNow};
+    KeptPdf pdf;
+    core::Places places = core::Places::forHome(home.string());
+    core::Settings settings{places.settingsFile};
+    program::Program program{Services{services.ui, services.scheduler, services.clock,
+                                      services.clipboard, services.workspace, pdf},
+                             places, settings, program::Resources{}};
+    Session& app = program.session();
+    ScriptedUi& ui = services.ui;
+    VirtualScheduler& scheduler = services.scheduler;
 
-// 2026-03-02T09:00:00Z
-inline constexpr core::Date kNow{794134800.0};
-
-struct VatBook : HomeAndOutput, program::HeadlessProgram {
-    VatBook()
-        : HeadlessProgram(out, core::Places::forHome(home.string()), kNow, program::Resources{}),
-          app(session()), ui(services.ui), scheduler(services.scheduler) {
+    VatBook() {
         std::filesystem::create_directories(places.dataFolder);
         client = core::Record::make(core::RecordClass::Client, kNow);
         year = core::Record::make(core::RecordClass::Year, kNow);
@@ -39,10 +39,6 @@ struct VatBook : HomeAndOutput, program::HeadlessProgram {
         app.book().clients().push_back(client);
         app.settings().setBool("firstStepsDone", true);
         app.selectionChanged();
-    }
-    ~VatBook() {
-        std::error_code ec;
-        std::filesystem::remove_all(home, ec);
     }
 
     core::Record& addPeriod(const std::string& title) {
@@ -80,9 +76,6 @@ struct VatBook : HomeAndOutput, program::HeadlessProgram {
         return text.find(part) != std::string::npos;
     }
 
-    Session& app;
-    ScriptedUi& ui;
-    VirtualScheduler& scheduler;
     core::Ref<core::Record> client;
     core::Ref<core::Record> year;
 };
