@@ -5,6 +5,7 @@
 #include "program/scripts.h"
 #include "program/demobook.h"
 #include "program/reportjob.h"
+#include "program/vatcommand.h"
 #include "core/jsondump.h"
 
 #include <CLI/CLI.hpp>
@@ -109,6 +110,14 @@ int main(int argc, char** argv) {
     outputs->add_option("--html", journalHtml, "HTML-Datei");
     outputs->add_option("--rtf", journalRtf, "RTF-Datei");
     outputs->require_option(1);
+    zifora::program::VatOptions vatOptions;
+    std::string vatElster;
+    auto* vat = app.add_subcommand("vat", "Die Zahlen der Umsatzsteuer-Voranmeldung einer Abrechnung ausgeben");
+    vat->add_option("--year", vatOptions.year, "Das Jahr (\"2025\")")->required();
+    vat->add_option("--period", vatOptions.period, "Die Abrechnung (\"März\", \"1. Kalendervierteljahr\")")->required();
+    vat->add_option("--client", vatOptions.client, "Nummer des Benutzers, ab 0")->default_val(0);
+    vat->add_flag("--json", vatOptions.json, "Als JSON ausgeben");
+    auto* vatElsterOption = vat->add_option("--elster", vatElster, "Die Datei für das ELSTER-Programm in diesen Ordner schreiben");
 
     CLI11_PARSE(app, argc, argv);
 
@@ -122,6 +131,10 @@ int main(int argc, char** argv) {
         if (!journalHtml.empty()) journalJob = {journalJob.year, journalJob.period, journalJob.client, JournalOutput::Html, journalHtml};
         if (!journalRtf.empty()) journalJob = {journalJob.year, journalJob.period, journalJob.client, JournalOutput::Rtf, journalRtf};
         return zifora::program::reportJournal(journalJob, std::cerr);
+    }
+    if (*vat) {
+        if (*vatElsterOption) vatOptions.elster = vatElster;
+        return zifora::program::vatCommand(vatOptions, std::cout, std::cerr);
     }
     return 1;
 }
