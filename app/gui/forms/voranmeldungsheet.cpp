@@ -1,8 +1,8 @@
 #include "forms/voranmeldungsheet.h"
 
+#include "core/record.h"
 #include "forms/formbinder.h"
 #include "posting/numberformat.h"
-#include "core/record.h"
 #include "shell/session.h"
 #include "vat/handover.h"
 
@@ -68,9 +68,12 @@ VoranmeldungSheet::VoranmeldungSheet(shell::Session& app, std::function<void()> 
     auto* print = new QPushButton(QStringLiteral("&Drucken …"));
     connect(print, &QPushButton::clicked, this, [this] { m_binder->run("printAbrechnung:"); });
     auto* close = new QPushButton(QStringLiteral("Schl&ießen"));
-    close->setDefault(true);
     connect(close, &QPushButton::clicked, this,
             [this] { m_binder->run("closeVoranmeldungsWindow:"); });
+
+    // Return ends the typing of a payment; it never presses a button of the window.
+    for (QPushButton* button : {m_openItems, elster, print, close})
+        button->setAutoDefault(false);
 
     auto* buttons = new QHBoxLayout;
     buttons->addWidget(m_helpButton);
