@@ -149,6 +149,23 @@ class VoranmeldungTest : public QObject {
         QCOMPARE(child<QLineEdit>(sheet, "zahlungFieldBuchung")->text(), QStringLiteral("19,00"));
         QCOMPARE(p.settings.getInteger("selectedVoranmeldungTabIndex"), 2);
 
+        // The settings panel: a change is stored and the figures are computed again.
+        p.settings.setFloat("tab-saldoField", 99);
+        QPushButton* options = nullptr;
+        for (auto* button : sheet->findChildren<QPushButton*>())
+            if (button->text() == QStringLiteral("Ein&stellungen …")) options = button;
+        QVERIFY(options);
+        options->click();
+        QCOMPARE(p.app.fields().get("multiPopoverView").text(), "voranmeldungSettings");
+        QCheckBox* border = nullptr;
+        for (auto* box : sheet->findChildren<QCheckBox*>())
+            if (box->text() == QStringLiteral("Tabellen mit &Rahmen")) border = box;
+        QVERIFY(border);
+        border->click();
+        QVERIFY(p.settings.getBool("prefsPrintBorder"));
+        QCOMPARE(p.settings.getFloat("tab-saldoField"), 19.0f);
+        border->window()->close();
+
         QTest::keyClick(sheet, Qt::Key_Escape);
         QTRY_VERIFY(!sheet->isVisible());
     }

@@ -1,6 +1,7 @@
 #include "forms/voranmeldungsheet.h"
 
 #include "core/record.h"
+#include "core/settings.h"
 #include "forms/formbinder.h"
 #include "posting/numberformat.h"
 #include "shell/session.h"
@@ -61,8 +62,9 @@ VoranmeldungSheet::VoranmeldungSheet(shell::Session& app, std::function<void()> 
         fitContents();
     });
     m_openItems = new QPushButton(QStringLiteral("&Offene Posten"));
-    connect(m_openItems, &QPushButton::clicked, this,
-            [this] { m_binder->run("showMultiPopOver:", 99); });
+    connect(m_openItems, &QPushButton::clicked, this, [this] { showOpenItems(); });
+    auto* options = new QPushButton(QStringLiteral("Ein&stellungen …"));
+    connect(options, &QPushButton::clicked, this, [this, options] { showOptions(options); });
     auto* elster = new QPushButton(QStringLiteral("An &ELSTER übergeben"));
     connect(elster, &QPushButton::clicked, this, [this] { m_binder->run("doTheWinston:"); });
     auto* print = new QPushButton(QStringLiteral("&Drucken …"));
@@ -72,12 +74,13 @@ VoranmeldungSheet::VoranmeldungSheet(shell::Session& app, std::function<void()> 
             [this] { m_binder->run("closeVoranmeldungsWindow:"); });
 
     // Return ends the typing of a payment; it never presses a button of the window.
-    for (QPushButton* button : {m_openItems, elster, print, close})
+    for (QPushButton* button : {m_openItems, options, elster, print, close})
         button->setAutoDefault(false);
 
     auto* buttons = new QHBoxLayout;
     buttons->addWidget(m_helpButton);
     buttons->addWidget(m_openItems);
+    buttons->addWidget(options);
     buttons->addStretch(1);
     buttons->addWidget(elster);
     buttons->addWidget(print);
@@ -212,6 +215,54 @@ void VoranmeldungSheet::bind() {
     m_binder->onControl("openColor", [this] {
         m_openItems->setStyleSheet(QStringLiteral("color: %1").arg(m_binder->text("openColor")));
     });
+}
+
+QFrame* VoranmeldungSheet::popup(QWidget* anchor) {
+    auto* panel = new QFrame(this, Qt::Popup);
+    panel->setAttribute(Qt::WA_DeleteOnClose);
+    panel->setFrameShape(QFrame::StyledPanel);
+    panel->move(anchor->mapToGlobal(QPoint(0, anchor->height())));
+    return panel;
+}
+
+// The panel of the open items (view 99): their sums with and without tax.
+void VoranmeldungSheet::showOpenItems() {
+    if (!m_binder->run("showMultiPopOver:", 99)) return;
+    QFrame* panel = popup(m_openItems);
+    auto* form = new QFormLayout(panel);
+    form->addRow(new QLabel(QStringLiteral("<b>Offene Posten</b>")));
+    form->addRow(QStringLiteral("mit Steuern:"), new QLabel(m_binder->text("openItemsWithField")));
+    form->addRow(QStringLiteral("ohne Steuern:"),
+                 new QLabel(m_binder->text("openItemsWithoutField")));
+    panel->show();
+}
+
+// The panel of the settings (view 8): what the figures and the sheet show. Each change
+// computes the figures and the sheet again.
+void VoranmeldungSheet::showOptions(QWidget* anchor) {
+    if (!m_binder->run("showMultiPopOver:", 8)) return;
+    QFrame* panel = popup(anchor);
+    auto* layout = new QVBoxLayout(panel);
+    core::Settings& settings = m_binder->app().settings();
+    const std::pair<const char*, QString> options[] = {
+        {"showUnpaidOption", QStringLiteral("&Offene Posten auf dem Blatt zeigen")},
+        {"prefsExportPrintWithList", QStringLiteral("&Liste der Posten drucken")},
+        {"prefsPrintBorder", QStringLiteral("Tabellen mit &Rahmen")},
+        {"prefsPrintCurrency", QStringLiteral("&Währung zu den Beträgen")},
+        {"prefsPrintUnshortened", QStringLiteral("Lange Texte &ungekürzt")},
+    };
+    for (const auto& [key, label] : options) {
+        auto* box = new QCheckBox(label);
+        box->setChecked(settings.getBool(key));
+        const std::string name = key;
+        connect(box, &QCheckBox::toggled, this, [this, name](bool on) {
+            m_binder->app().settings().setBool(name, on);
+            m_binder->run("changeAlLCalculates:");
+        });
+        layout->addWidget(box);
+    }
+    panel->show();
+    panel->findChild<QCheckBox*>()->setFocus(Qt::PopupFocusReason);
 }
 
 void VoranmeldungSheet::showForm(bool show) {

@@ -10,6 +10,7 @@
 #include <string>
 
 class QCheckBox;
+class QFrame;
 class QLabel;
 class QLineEdit;
 class QPushButton;
@@ -40,6 +41,10 @@ class VoranmeldungSheet final : public FormSheet {
     QLineEdit* figure(const std::string& control);
     QLineEdit* payment(const std::string& control);
     void bind();
+    /// A panel that pops up below `anchor` and goes when it loses the keyboard.
+    QFrame* popup(QWidget* anchor);
+    void showOpenItems();
+    void showOptions(QWidget* anchor);
 
     FormBinder* m_binder = nullptr;
     QTabWidget* m_tabs = nullptr;
