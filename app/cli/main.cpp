@@ -4,6 +4,8 @@
 #include "core/keyedarchive.h"
 #include "program/scripts.h"
 #include "program/demobook.h"
+#include "program/reportjob.h"
+#include "program/vatcommand.h"
 #include "core/jsondump.h"
 
 #include <CLI/CLI.hpp>
@@ -96,11 +98,44 @@ int main(int argc, char** argv) {
     auto* demo = app.add_subcommand("demo", "Ein Beispielbuch anlegen und seine Abrechnungen zusammenrechnen");
     demo->add_option("DIR", demoHome, "Ordner, der als Home-Ordner dient (sonst ein neuer temporärer)");
 
+    zifora::program::JournalJob journalJob;
+    std::string journalPdf, journalHtml, journalRtf;
+    auto* report = app.add_subcommand("report", "Einen Bericht aus dem Buch von $HOME schreiben");
+    report->require_subcommand(1);
+    auto* journal = report->add_subcommand("journal", "Das Journal einer Abrechnung als PDF, HTML oder RTF");
+    journal->add_option("--year", journalJob.year, "Das Jahr, z. B. 2025")->required();
+    journal->add_option("--period", journalJob.period, "Die Abrechnung, z. B. März")->required();
+    journal->add_option("--client", journalJob.client, "Nummer des Benutzers, ab 0")->default_val(0);
+    auto* outputs = journal->add_option_group("Ausgabe", "genau eine Ausgabedatei");
+    outputs->add_option("--pdf", journalPdf, "PDF-Datei");
+    outputs->add_option("--html", journalHtml, "HTML-Datei");
+    outputs->add_option("--rtf", journalRtf, "RTF-Datei");
+    outputs->require_option(1);
+    zifora::program::VatOptions vatOptions;
+    std::string vatElster;
+    auto* vat = app.add_subcommand("vat", "Die Zahlen der Umsatzsteuer-Voranmeldung einer Abrechnung ausgeben");
+    vat->add_option("--year", vatOptions.year, "Das Jahr (\"2025\")")->required();
+    vat->add_option("--period", vatOptions.period, "Die Abrechnung (\"März\", \"1. Kalendervierteljahr\")")->required();
+    vat->add_option("--client", vatOptions.client, "Nummer des Benutzers, ab 0")->default_val(0);
+    vat->add_flag("--json", vatOptions.json, "Als JSON ausgeben");
+    auto* vatElsterOption = vat->add_option("--elster", vatElster, "Die Datei für das ELSTER-Programm in diesen Ordner schreiben");
+
     CLI11_PARSE(app, argc, argv);
 
     if (*dump) return dumpCommand(dumpPath);
     if (*load) return loadCommand(loadJsonPath == "-" ? "/dev/stdin" : loadJsonPath, loadArchivePath);
     if (*run) return zifora::program::runScriptFile(scriptPath, std::cout);
     if (*demo) return demoCommand(demoHome);
+    if (*journal) {
+        using zifora::program::JournalOutput;
+        if (!journalPdf.empty()) journalJob = {journalJob.year, journalJob.period, journalJob.client, JournalOutput::Pdf, journalPdf};
+        if (!journalHtml.empty()) journalJob = {journalJob.year, journalJob.period, journalJob.client, JournalOutput::Html, journalHtml};
+        if (!journalRtf.empty()) journalJob = {journalJob.year, journalJob.period, journalJob.client, JournalOutput::Rtf, journalRtf};
+        return zifora::program::reportJournal(journalJob, std::cerr);
+    }
+    if (*vat) {
+        if (*vatElsterOption) vatOptions.elster = vatElster;
+        return zifora::program::vatCommand(vatOptions, std::cout, std::cerr);
+    }
     return 1;
 }

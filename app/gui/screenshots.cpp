@@ -56,6 +56,11 @@ std::vector<Shot> plannedShots() {
                          c.selectItem(2);
                          c.run("editItem:");
                      }),
+        Shot::window(QStringLiteral("voranmeldung.png"), "voranmeldungWindow",
+                     [](ShotContext& c) {
+                         c.selectPeriod("März");
+                         c.run("openVoranmeldungsWindow:");
+                     }),
         preferencesShot(0, "einstellungen-allgemein.png"),
         preferencesShot(1, "einstellungen-daten.png"),
         preferencesShot(2, "einstellungen-kategorien.png"),

@@ -1,5 +1,6 @@
 #include "bookkeeping/guicontroller.h"
 
+#include "shell/events.h"
 #include "shell/session.h"
 #include "core/resourcefolders.h"
 
@@ -64,6 +65,9 @@ void GUIController::registerCommands() {
     c.add(shell::menuCommand("toggleHelp:", "Hilfe zum &Hauptfenster", shell::Menu::Help, 20, "Shift+F1"), [this](const CommandSender&) { openHelpPage(kMainWindowHelp); });
     c.add(shell::menuCommand("toggleDocs:", "&Zifora-Hilfe", shell::Menu::Help, 10, "F1"), [this](const CommandSender&) { openHelpPage(kHelpIndex); });
     c.add("showSearchPopover:", [this](const CommandSender&) { showSearchPopover(); });
+    c.add("showMultiPopOver:",
+          [this](const CommandSender& sender) { return showMultiPopOver(sender.tag); });
+    hide("closeMultiPopOver:", "multiPopover");
     web(menuCommand("openSupport:", "&Support …", Menu::Help, 100), "/support/");
     web(menuCommand("openFeedback:", "&Feedback senden …", Menu::Help, 110), "/feedback/");
     web(menuCommand("openACK:", "&Danksagungen …", Menu::Help, 120), "/danksagungen/");
@@ -107,6 +111,37 @@ void GUIController::showSearchPopover() {
     fields.set("searchButtonImage",
                core::Value::string(searching ? "searchBlue" : "searchTemplate"));
     m_session.services().ui.showWindow("searchPopover");
+}
+
+std::string_view multiPopOverView(int tag) {
+    switch (tag) {
+    case 1: return "itemDate";
+    case 2: return "calculator";
+    case 3: return "accounts";
+    case 4: return "categories";
+    case 5: return "templates";
+    case 6: return "itemSettings";
+    case 7: return "itemHelp";
+    case 8: return "voranmeldungSettings";
+    case 9: return "voranmeldungHelp";
+    case 10: return "voranmeldungComment";
+    case 11: return "yearHelp";
+    case 12: return "yearComment";
+    case 13: return "periodHelp";
+    case 14: return "periodComment";
+    case 47: return "itemDatev";
+    case 99: return "openTaxes";
+    default: return "";
+    }
+}
+
+CommandResult GUIController::showMultiPopOver(int tag) {
+    const std::string_view view = multiPopOverView(tag);
+    if (view.empty()) return CommandResult::refused("Keine Ansicht zur Marke " + std::to_string(tag));
+    m_session.fields().set("multiPopoverView", core::Value::string(view));
+    m_session.events().publish(MultiPopOverShown{tag});
+    m_session.services().ui.showWindow("multiPopover");
+    return CommandResult::done();
 }
 
 std::string GUIController::helpPageAddress(std::string_view page) const {

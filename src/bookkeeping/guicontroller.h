@@ -4,6 +4,7 @@
 // search field's panel and the pages of the product site. Apart from the end of the set-up
 // assistant, these commands only show and hide windows and open pages; they change no data.
 
+#include "shell/commandcatalog.h"
 #include "shell/feature.h"
 #include <filesystem>
 #include <optional>
@@ -41,6 +42,10 @@ class GUIController final : public shell::Feature {
     /// the search reads it; the search button shows whether there is one ("searchBlue") or
     /// not ("searchTemplate") in the control "searchButtonImage".
     void showSearchPopover();
+    /// Shows the shared panel of the forms with the view of the sender's tag, named in the
+    /// control "multiPopoverView" ("voranmeldungComment" for 10 …), after the feature that
+    /// owns the view has filled it (`MultiPopOverShown`). An unknown tag shows nothing.
+    shell::CommandResult showMultiPopOver(int tag);
     /// Opens a page of the built-in help ("index.html").
     void openHelpPage(std::string_view page);
     /// Where a page of the built-in help is: a file of the help folder, or the product site.

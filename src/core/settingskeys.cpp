@@ -39,6 +39,8 @@ constexpr std::array kSettings = std::to_array<SettingInfo>({
     {"defaultDataFolder", SettingType::Text},
     {"defaultDataPath", SettingType::Text},
     {"doExportJornalAction", SettingType::Bool},
+    // The ELSTER client started after a hand-over; none: nothing is started.
+    {"elsterClientProgram", SettingType::Text},
     {"firstCSVBOOL", SettingType::Bool},
     {"firstDropBOOL", SettingType::Bool},
     {"firstItemSet", SettingType::Bool},
@@ -154,6 +156,8 @@ constexpr std::array kSettings = std::to_array<SettingInfo>({
     {"updateTo4.0", SettingType::Bool},
     {"useCustomLocation", SettingType::Bool},
     {"veryFirstAlertDone", SettingType::Bool},
+    // The outbox folder of the ELSTER client; none: $XDG_DATA_HOME/Winston/Ausgang/.
+    {"winstonOutboxPath", SettingType::Text},
     {"yearControllerSelectionIndex", SettingType::Integer},
 });
 

@@ -17,6 +17,9 @@
 #include "bookkeeping/totalscontroller.h"
 #include "bookkeeping/yearcontroller.h"
 #include "core/chartfiles.h"
+#include "reports/settlementjournalcontroller.h"
+#include "vat/advancereturncontroller.h"
+#include "vat/elstercontroller.h"
 #include "core/resourcefolders.h"
 
 namespace zifora::program {
@@ -51,6 +54,9 @@ Program::Program(shell::Services services, core::Places places, core::Settings& 
     add<MasterDataController>();
     add<OpenFileController>();
     add<GUIController>(resources.help);
+    add<reports::SettlementJournalController>();
+    add<vat::AdvanceReturnController>();
+    add<vat::ElsterController>();
 }
 
 Program::~Program() = default;

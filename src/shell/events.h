@@ -48,6 +48,12 @@ struct HandOverArrived {
 /// Another record became current in the chain client → year → period → item.
 struct SelectionChanged {};
 
+/// The shared panel of the forms shows the view of `tag` (`showMultiPopOver:`); the feature
+/// that owns the view fills its controls.
+struct MultiPopOverShown {
+    int tag;
+};
+
 /// The start asks for the backup rotation (with "prefsMakeBackup", three seconds in).
 struct BackupDue {};
 

@@ -3,6 +3,7 @@
 #include "forms/choosersheet.h"
 #include "forms/itemsheet.h"
 #include "forms/multipopover.h"
+#include "forms/voranmeldungsheet.h"
 #include "platform_qt/qtservices.h"
 #include "posting/choosertitles.h"
 #include "shell/session.h"
@@ -53,6 +54,7 @@ FormSheets::FormSheets(shell::Session& app, QWidget* mainWindow, std::function<v
     m_year->setObjectName(QStringLiteral("yearWindow"));
     m_period = new ChooserSheet(app, periodForm(), refreshMain, mainWindow);
     m_period->setObjectName(QStringLiteral("listWindow"));
+    m_voranmeldung = new VoranmeldungSheet(app, refreshMain, mainWindow);
 }
 
 void FormSheets::alertsOn(QWidget* window, bool shown) {
@@ -108,6 +110,12 @@ void FormSheets::registerWindows(platform_qt::QtUi& ui) {
         alertsOn(m_period, show);
     });
     ui.addWindow("listWindow.help", [this](bool show) { m_period->showHelp(show); });
+    ui.addWindow("voranmeldungWindow", [this](bool show) {
+        m_voranmeldung->showForm(show);
+        alertsOn(m_voranmeldung, show);
+    });
+    ui.addWindow("voranmeldungWindow.help",
+                 [this](bool show) { m_voranmeldung->showHelp(show); });
 }
 
 } // namespace zifora::gui

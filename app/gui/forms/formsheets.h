@@ -19,6 +19,7 @@ namespace zifora::gui {
 
 class ChooserSheet;
 class ItemSheet;
+class VoranmeldungSheet;
 
 class FormSheets final : public QObject {
     Q_OBJECT
@@ -28,13 +29,15 @@ class FormSheets final : public QObject {
 
     /// Registers "itemWindow", "itemDatePanel", "itemHelpPanel", "multiPopover",
     /// "splitCalculator", "templateSearchSheet", "yearWindow", "yearWindow.help",
-    /// "listWindow" and "listWindow.help". While a sheet or the panel is up, alerts belong
-    /// to it, and the keyboard returns there when they are answered.
+    /// "listWindow", "listWindow.help", "voranmeldungWindow" and "voranmeldungWindow.help".
+    /// While a sheet or the panel is up, alerts belong to it, and the keyboard returns there
+    /// when they are answered.
     void registerWindows(platform_qt::QtUi& ui);
 
     [[nodiscard]] ItemSheet* itemSheet() const { return m_item; }
     [[nodiscard]] ChooserSheet* yearSheet() const { return m_year; }
     [[nodiscard]] ChooserSheet* periodSheet() const { return m_period; }
+    [[nodiscard]] VoranmeldungSheet* voranmeldungSheet() const { return m_voranmeldung; }
 
   protected:
     /// Follows the item form's panel, so that its alerts belong to it while it is up.
@@ -48,6 +51,7 @@ class FormSheets final : public QObject {
     ItemSheet* m_item = nullptr;
     ChooserSheet* m_year = nullptr;
     ChooserSheet* m_period = nullptr;
+    VoranmeldungSheet* m_voranmeldung = nullptr;
 };
 
 } // namespace zifora::gui

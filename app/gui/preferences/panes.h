@@ -116,6 +116,8 @@ class TaxPane final : public PreferencePane {
     QString helpText() const override;
 
   private:
+    QWidget* elsterBox();
+
     PaneContext& m_context;
     SettingControls m_controls;
     ClientFields m_fields;

@@ -75,7 +75,7 @@ TEST(SettingsStore, ReadsFollowDictionarySemantics) {
 }
 
 TEST(SettingsRegistry, KnowsEveryKeyWithItsType) {
-    EXPECT_EQ(allSettings().size(), 142u);
+    EXPECT_EQ(allSettings().size(), 144u);
     auto typeOf = [](std::string_view key) -> std::optional<SettingType> {
         const SettingInfo* info = settingInfo(key);
         return info ? std::optional(info->type) : std::nullopt;
