@@ -86,21 +86,41 @@ QString repairedReportHtml(QString html) {
     static const QRegularExpression strayQuote(QStringLiteral(R"re((\bborder\s*=\s*)(\d+)")re"),
                                                QRegularExpression::CaseInsensitiveOption);
     html.replace(strayQuote, QStringLiteral("\\1\\2"));
-    return html;
+    // A table's height is a least height to a browser, but a fixed one to QTextDocument,
+    // which would cut the item list after 65 pixels.
+    static const QRegularExpression tableTag(QStringLiteral("<table\\b[^>]*>"),
+                                             QRegularExpression::CaseInsensitiveOption);
+    static const QRegularExpression height(
+        QStringLiteral(R"re(\s+height\s*=\s*("[^"]*"|'[^']*'|[^\s>]+))re"),
+        QRegularExpression::CaseInsensitiveOption);
+    QString out;
+    out.reserve(html.size());
+    qsizetype done = 0;
+    for (auto it = tableTag.globalMatch(html); it.hasNext();) {
+        const auto match = it.next();
+        out += QStringView(html).mid(done, match.capturedStart() - done);
+        out += match.captured().remove(height);
+        done = match.capturedEnd();
+    }
+    out += QStringView(html).mid(done);
+    return out;
 }
 
 std::unique_ptr<QTextDocument> reportDocument(const QString& html, QSizeF contentSize) {
     substituteReportFonts();
     auto document = std::make_unique<QTextDocument>();
+    // A report is read, never edited: no undo steps for the repairs below.
+    document->setUndoRedoEnabled(false);
     document->setUseDesignMetrics(true);
     QFont font(QString::fromLatin1(kFamily));
     font.setPixelSize(kBaseFontPixels);
     font.setHintingPreference(QFont::PreferNoHinting);
     document->setDefaultFont(font);
     document->setDocumentMargin(0);
-    document->setPageSize(contentSize);
     document->setHtml(repairedReportHtml(html));
     keepExplicitFontSizes(*document);
+    // The layout begins here, once the document is complete.
+    document->setPageSize(contentSize);
     return document;
 }
 

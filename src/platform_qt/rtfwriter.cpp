@@ -168,13 +168,14 @@ class RtfWriter {
         std::vector<double> edges(columns + 1, -1);
         edges[0] = frame.left();
         edges[columns] = frame.right();
-        for (int r = 0; r < table.rows(); ++r) {
-            for (int c = 1; c < columns; ++c) {
+        // Every row has the same column edges: the first cell that begins a column tells.
+        for (int c = 1; c < columns; ++c) {
+            for (int r = 0; r < table.rows(); ++r) {
                 QTextTableCell cell = table.cellAt(r, c);
                 if (cell.column() != c || cell.columnSpan() != 1) continue;
                 QRectF rect = m_layout.blockBoundingRect(cell.firstCursorPosition().block());
-                double left = rect.left() - inset;
-                if (edges[c] < 0 || left < edges[c]) edges[c] = left;
+                edges[c] = rect.left() - inset;
+                break;
             }
         }
         // Columns that only spanned cells begin: share the room between known edges.

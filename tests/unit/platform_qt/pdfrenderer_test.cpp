@@ -25,7 +25,7 @@ std::string longReport(int rows) {
                        "<h3><small>Steuernummer: 12/345/67890</small></h3>"
                        "<small>Datum: 25.11.2026</small><br><br><h3><b>&Uuml;bersicht März 2025"
                        "</b></h3><br><br><br></font><font face=\"Lucida Grande\" size=\"4\">"
-                       "<table style=\"font-size:7px\" width=575 border=1\" cellspacing=1>";
+                       "<table style=\"font-size:7px\" width=575 height=65 border=1\" cellspacing=1>";
     for (int i = 1; i <= rows; ++i)
         html += "<tr><td>Zeile " + std::to_string(i) + "</td><td>Büromaterial</td><td>" +
                 std::to_string(i) + ",00 €</td></tr>";
@@ -235,6 +235,10 @@ TEST(PdfRenderer, StrayQuoteAfterTheBorderValueKeepsTheBorder) {
               "<table width=505 border=1 cellspacing=0>");
     EXPECT_EQ(repairedReportHtml("<table border=\"1\">x=\"2\"").toStdString(),
               "<table border=\"1\">x=\"2\"");
+    // A table's height would be a fixed one in Qt and cut the rows off.
+    EXPECT_EQ(repairedReportHtml("<TABLE width=575 HEIGHT=65 border=1\"><tr><td height=9>a</td>")
+                  .toStdString(),
+              "<TABLE width=575 border=1><tr><td height=9>a</td>");
     auto document = reportDocument("<table border=1\"><tr><td>a</td></tr></table>"
                                    "<table border=0\"><tr><td>b</td></tr></table>",
                                    QSizeF(555, 741));
