@@ -56,8 +56,10 @@ double seconds(auto&& job) {
 int main(int argc, char** argv) {
     int rows = 10000, runs = 3;
     for (int i = 1; i < argc; ++i) {
-        if (std::strncmp(argv[i], "--rows=", 7) == 0) rows = std::atoi(argv[i] + 7);
-        else if (std::strncmp(argv[i], "--runs=", 7) == 0) runs = std::max(1, std::atoi(argv[i] + 7));
+        if (std::strncmp(argv[i], "--rows=", 7) == 0)
+            rows = std::atoi(argv[i] + 7);
+        else if (std::strncmp(argv[i], "--runs=", 7) == 0)
+            runs = std::max(1, std::atoi(argv[i] + 7));
     }
     int qtArgc = 3;
     char name[] = "zifora_bench_pdf_render", option[] = "-platform", platform[] = "offscreen";
@@ -84,9 +86,10 @@ int main(int argc, char** argv) {
     bool ok = true;
     for (int run = 0; run < runs && ok; ++run) {
         pdf = std::min(pdf, seconds([&] { ok = ok && renderer.render(request).has_value(); }));
-        rtf = std::min(rtf, seconds([&] {
-                           ok = ok && renderer.writeRtf(request.htmlPath, folder + "/bericht.rtf").has_value();
-                       }));
+        rtf = std::min(
+            rtf, seconds([&] {
+                ok = ok && renderer.writeRtf(request.htmlPath, folder + "/bericht.rtf").has_value();
+            }));
     }
     const auto pdfBytes = ok ? fs::file_size(request.pdfPath) : 0;
     // The page count, from the PDF's page tree ("/Count N" of its root).
@@ -94,7 +97,8 @@ int main(int argc, char** argv) {
     if (ok) {
         std::ifstream in(request.pdfPath, std::ios::binary);
         std::string text((std::istreambuf_iterator<char>(in)), {});
-        for (size_t at = text.find("/Count "); at != std::string::npos; at = text.find("/Count ", at + 1))
+        for (size_t at = text.find("/Count "); at != std::string::npos;
+             at = text.find("/Count ", at + 1))
             pages = std::max(pages, std::atoi(text.c_str() + at + 7));
     }
     fs::remove_all(folder);

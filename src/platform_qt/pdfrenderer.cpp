@@ -33,7 +33,9 @@ constexpr int kResolution = 1200;
 // The reports' pages for RTF: A4, margins top 40, left 20, right 20, bottom 60 points.
 constexpr double kA4Width = 595.28, kA4Height = 841.89;
 
-QString qs(const std::string& s) { return QString::fromStdString(s); }
+QString qs(const std::string& s) {
+    return QString::fromStdString(s);
+}
 
 void substituteReportFonts() {
     static std::once_flag once;
@@ -165,10 +167,12 @@ core::Result<void> QtPdfRenderer::renderPdf(const shell::PdfRequest& request) {
         writer.setResolution(kResolution);
         writer.setTitle(qs(request.title));
         writer.setCreator(qs(request.author));
-        writer.setPageLayout(QPageLayout(paper, landscape ? QPageLayout::Landscape : QPageLayout::Portrait,
+        writer.setPageLayout(QPageLayout(paper,
+                                         landscape ? QPageLayout::Landscape : QPageLayout::Portrait,
                                          QMarginsF(0, 0, 0, 0), QPageLayout::Point));
         QPainter painter;
-        if (!painter.begin(&writer)) return core::fail(target + ": das PDF kann nicht angelegt werden");
+        if (!painter.begin(&writer))
+            return core::fail(target + ": das PDF kann nicht angelegt werden");
         // From here on one unit is one point of the page.
         painter.scale(kResolution / 72.0, kResolution / 72.0);
 
@@ -200,14 +204,16 @@ core::Result<void> QtPdfRenderer::renderPdf(const shell::PdfRequest& request) {
             painter.setPen(Qt::black);
             painter.drawText(QPointF(x, y + metrics.ascent()), text);
         }
-        if (!painter.end()) return core::fail(target + ": das PDF konnte nicht fertig geschrieben werden");
+        if (!painter.end())
+            return core::fail(target + ": das PDF konnte nicht fertig geschrieben werden");
     }
     QByteArray pdf = buffer.data();
     turnCreatorIntoAuthor(pdf);
     return core::writeFileAtomically(target, std::string_view(pdf.constData(), pdf.size()));
 }
 
-core::Result<void> QtPdfRenderer::writeRtf(const std::string& htmlPath, const std::string& rtfPath) {
+core::Result<void> QtPdfRenderer::writeRtf(const std::string& htmlPath,
+                                           const std::string& rtfPath) {
     auto done = writeRtfFile(htmlPath, rtfPath);
     if (!done) {
         std::error_code ignored;
@@ -240,7 +246,8 @@ OffscreenPdfRenderer::~OffscreenPdfRenderer() = default;
 void OffscreenPdfRenderer::ensureApplication() {
     if (QCoreApplication::instance()) return;
     m_application = std::make_unique<Application>();
-    m_application->app = std::make_unique<QGuiApplication>(m_application->argc, m_application->argv);
+    m_application->app =
+        std::make_unique<QGuiApplication>(m_application->argc, m_application->argv);
 }
 
 core::Result<void> OffscreenPdfRenderer::render(const shell::PdfRequest& request) {

@@ -19,7 +19,8 @@ namespace zifora::platform_qt {
 
 /// The report `html` in a document laid out on pages of `contentSize` points (the page less
 /// its margins). Repairs the stray quote the reports leave after a table's border value.
-[[nodiscard]] std::unique_ptr<QTextDocument> reportDocument(const QString& html, QSizeF contentSize);
+[[nodiscard]] std::unique_ptr<QTextDocument> reportDocument(const QString& html,
+                                                            QSizeF contentSize);
 
 /// The report's HTML with `border=1"` read as `border=1`.
 [[nodiscard]] QString repairedReportHtml(QString html);

@@ -54,9 +54,11 @@ PdfPreviewWindow::PdfPreviewWindow(QWidget* parent)
     m_next = button(this, QStringLiteral("▶"), QStringLiteral("Nächste Seite (Bild ab)"));
     auto* smaller = button(this, QStringLiteral("−"), QStringLiteral("Verkleinern (Strg+−)"));
     auto* larger = button(this, QStringLiteral("+"), QStringLiteral("Vergrößern (Strg++)"));
-    auto* width = button(this, QStringLiteral("Seitenbreite"), QStringLiteral("An die Fensterbreite anpassen (Strg+0)"));
+    auto* width = button(this, QStringLiteral("Seitenbreite"),
+                         QStringLiteral("An die Fensterbreite anpassen (Strg+0)"));
     auto* print = button(this, QStringLiteral("Drucken …"), QStringLiteral("Drucken (Strg+P)"));
-    auto* closeButton = button(this, QStringLiteral("Schließen"), QStringLiteral("Vorschau schließen (Esc)"));
+    auto* closeButton =
+        button(this, QStringLiteral("Schließen"), QStringLiteral("Vorschau schließen (Esc)"));
     m_pageLabel->setObjectName(QStringLiteral("pageLabel"));
 
     auto* bar = new QHBoxLayout;
@@ -132,11 +134,17 @@ bool PdfPreviewWindow::open(const QString& path, const QString& title) {
     return true;
 }
 
-int PdfPreviewWindow::currentPage() const { return m_view->pageNavigator()->currentPage(); }
+int PdfPreviewWindow::currentPage() const {
+    return m_view->pageNavigator()->currentPage();
+}
 
-int PdfPreviewWindow::pageCount() const { return m_document->pageCount(); }
+int PdfPreviewWindow::pageCount() const {
+    return m_document->pageCount();
+}
 
-double PdfPreviewWindow::zoom() const { return m_view->zoomFactor(); }
+double PdfPreviewWindow::zoom() const {
+    return m_view->zoomFactor();
+}
 
 void PdfPreviewWindow::goToPage(int page) {
     if (pageCount() < 1) return;
@@ -150,11 +158,17 @@ void PdfPreviewWindow::setZoom(double factor) {
     m_view->setZoomFactor(std::clamp(factor, kMinZoom, kMaxZoom));
 }
 
-void PdfPreviewWindow::zoomIn() { setZoom(m_view->zoomFactor() * kZoomStep); }
+void PdfPreviewWindow::zoomIn() {
+    setZoom(m_view->zoomFactor() * kZoomStep);
+}
 
-void PdfPreviewWindow::zoomOut() { setZoom(m_view->zoomFactor() / kZoomStep); }
+void PdfPreviewWindow::zoomOut() {
+    setZoom(m_view->zoomFactor() / kZoomStep);
+}
 
-void PdfPreviewWindow::fitWidth() { m_view->setZoomMode(QPdfView::ZoomMode::FitToWidth); }
+void PdfPreviewWindow::fitWidth() {
+    m_view->setZoomMode(QPdfView::ZoomMode::FitToWidth);
+}
 
 void PdfPreviewWindow::updateControls() {
     const int pages = pageCount();
@@ -175,9 +189,9 @@ bool printPdf(QWidget* parent, const shell::PrintRequest& request, QString* erro
     QPrinter printer(QPrinter::HighResolution);
     printer.setDocName(QString::fromStdString(request.title));
     printer.setPageSize(QPageSize(QPageSize::A4));
-    printer.setPageMargins(QMarginsF(request.marginLeft, request.marginTop, request.marginRight,
-                                     request.marginBottom),
-                           QPageLayout::Point);
+    printer.setPageMargins(
+        QMarginsF(request.marginLeft, request.marginTop, request.marginRight, request.marginBottom),
+        QPageLayout::Point);
     printer.setFromTo(1, document.pageCount());
     QPrintDialog dialog(&printer, parent);
     dialog.setWindowTitle(QStringLiteral("Drucken"));

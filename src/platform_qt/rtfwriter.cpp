@@ -18,7 +18,9 @@ namespace zifora::platform_qt {
 namespace {
 
 // Layout units are points; RTF counts in twips.
-int twips(double points) { return static_cast<int>(std::lround(points * 20)); }
+int twips(double points) {
+    return static_cast<int>(std::lround(points * 20));
+}
 
 // Windows-1252's letters in 0x80–0x9F (0 where the code page has none).
 constexpr char16_t kCp1252High[32] = {
@@ -128,15 +130,29 @@ class RtfWriter {
                 ++i;
             }
             switch (c) {
-            case '\\': m_body += "\\\\"; continue;
-            case '{': m_body += "\\{"; continue;
-            case '}': m_body += "\\}"; continue;
-            case '\t': m_body += "\\tab "; continue;
+            case '\\':
+                m_body += "\\\\";
+                continue;
+            case '{':
+                m_body += "\\{";
+                continue;
+            case '}':
+                m_body += "\\}";
+                continue;
+            case '\t':
+                m_body += "\\tab ";
+                continue;
             case '\n':
-            case 0x2028: m_body += "\\line "; continue;
-            case 0xA0: m_body += "\\~"; continue;
-            case 0xFFFC: continue; // an image's place
-            default: break;
+            case 0x2028:
+                m_body += "\\line ";
+                continue;
+            case 0xA0:
+                m_body += "\\~";
+                continue;
+            case 0xFFFC:
+                continue; // an image's place
+            default:
+                break;
             }
             if (c >= 0x20 && c < 0x80) {
                 m_body += static_cast<char>(c);
@@ -182,17 +198,20 @@ class RtfWriter {
         for (int c = 1; c < columns; ++c) {
             if (edges[c] >= 0) continue;
             int next = c + 1;
-            while (edges[next] < 0) ++next;
+            while (edges[next] < 0)
+                ++next;
             edges[c] = edges[c - 1] + (edges[next] - edges[c - 1]) / (next - c + 1);
         }
-        for (int c = 1; c <= columns; ++c) edges[c] = std::max(edges[c], edges[c - 1] + 1);
+        for (int c = 1; c <= columns; ++c)
+            edges[c] = std::max(edges[c], edges[c - 1] + 1);
         return edges;
     }
 
     void writeTable(const QTextTable& table) {
         const QTextTableFormat format = table.format();
         const std::vector<double> edges = columnEdges(table);
-        const bool border = format.border() > 0 && format.borderStyle() != QTextFrameFormat::BorderStyle_None;
+        const bool border =
+            format.border() > 0 && format.borderStyle() != QTextFrameFormat::BorderStyle_None;
         const int headerRows = format.headerRowCount();
         for (int r = 0; r < table.rows(); ++r) {
             m_body += "\\trowd\\trgaph" + QByteArray::number(twips(format.cellPadding())) +
@@ -213,8 +232,10 @@ class RtfWriter {
             }
             m_body += '\n';
             for (const QTextTableCell& cell : cells) {
-                if (cell.row() == r) writeCell(cell);
-                else m_body += "\\pard\\intbl \\cell\n";
+                if (cell.row() == r)
+                    writeCell(cell);
+                else
+                    m_body += "\\pard\\intbl \\cell\n";
             }
             m_body += "\\row\n";
         }
@@ -261,6 +282,8 @@ class RtfWriter {
 
 } // namespace
 
-QByteArray rtfFromDocument(const QTextDocument& document) { return RtfWriter(document).write(); }
+QByteArray rtfFromDocument(const QTextDocument& document) {
+    return RtfWriter(document).write();
+}
 
 } // namespace zifora::platform_qt

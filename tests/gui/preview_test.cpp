@@ -8,14 +8,14 @@
 
 #include <QApplication>
 #include <QDesktopServices>
-#include <QPrintDialog>
-#include <QPrinter>
-#include <QTimer>
 #include <QFile>
 #include <QLabel>
+#include <QPrintDialog>
+#include <QPrinter>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QTimer>
 #include <QUrl>
 
 using namespace zifora;

@@ -21,11 +21,12 @@ using namespace testing;
 
 // A report of `rows` item rows below the frame the reports share.
 std::string longReport(int rows) {
-    std::string html = "<font face=\"Lucida Grande\" size=\"2\"><h2>Müller &amp; Söhne</h2>"
-                       "<h3><small>Steuernummer: 12/345/67890</small></h3>"
-                       "<small>Datum: 25.11.2026</small><br><br><h3><b>&Uuml;bersicht März 2025"
-                       "</b></h3><br><br><br></font><font face=\"Lucida Grande\" size=\"4\">"
-                       "<table style=\"font-size:7px\" width=575 height=65 border=1\" cellspacing=1>";
+    std::string html =
+        "<font face=\"Lucida Grande\" size=\"2\"><h2>Müller &amp; Söhne</h2>"
+        "<h3><small>Steuernummer: 12/345/67890</small></h3>"
+        "<small>Datum: 25.11.2026</small><br><br><h3><b>&Uuml;bersicht März 2025"
+        "</b></h3><br><br><br></font><font face=\"Lucida Grande\" size=\"4\">"
+        "<table style=\"font-size:7px\" width=575 height=65 border=1\" cellspacing=1>";
     for (int i = 1; i <= rows; ++i)
         html += "<tr><td>Zeile " + std::to_string(i) + "</td><td>Büromaterial</td><td>" +
                 std::to_string(i) + ",00 €</td></tr>";
@@ -46,7 +47,9 @@ shell::PdfRequest request(const TempFolder& folder) {
     return r;
 }
 
-std::string pdfInfo(const std::string& pdf) { return output("pdfinfo " + shellQuoted(pdf) + " 2>&1"); }
+std::string pdfInfo(const std::string& pdf) {
+    return output("pdfinfo " + shellQuoted(pdf) + " 2>&1");
+}
 
 int pageCount(const std::string& pdf) {
     std::smatch m;
@@ -75,12 +78,14 @@ struct Word {
 // The words of one page with their boxes, in points from the top left.
 std::vector<Word> words(const std::string& pdf, int page) {
     auto p = std::to_string(page);
-    std::string html = output("pdftotext -q -bbox -f " + p + " -l " + p + " " + shellQuoted(pdf) + " -");
+    std::string html =
+        output("pdftotext -q -bbox -f " + p + " -l " + p + " " + shellQuoted(pdf) + " -");
     std::vector<Word> out;
-    std::regex word(R"re(<word xMin="([\d.]+)" yMin="([\d.]+)" xMax="([\d.]+)" yMax="([\d.]+)">([^<]*)</word>)re");
+    std::regex word(
+        R"re(<word xMin="([\d.]+)" yMin="([\d.]+)" xMax="([\d.]+)" yMax="([\d.]+)">([^<]*)</word>)re");
     for (std::sregex_iterator it(html.begin(), html.end(), word), end; it != end; ++it)
-        out.push_back({number((*it)[1]), number((*it)[2]), number((*it)[3]), number((*it)[4]),
-                       (*it)[5]});
+        out.push_back(
+            {number((*it)[1]), number((*it)[2]), number((*it)[3]), number((*it)[4]), (*it)[5]});
     return out;
 }
 
@@ -98,7 +103,8 @@ TEST(PdfRenderer, EveryPageOfALongReportHasTheFooterWithItsNumber) {
         std::string text = pageText(r.pdfPath, page);
         EXPECT_NE(text.find("Müller & Söhne · Zifora 2025 · Seite " + std::to_string(page)),
                   std::string::npos)
-            << "page " << page << ":\n" << text;
+            << "page " << page << ":\n"
+            << text;
         // The footer is drawn once a page, never with a neighbour's number.
         EXPECT_EQ(text.find("Seite " + std::to_string(page + 1)), std::string::npos);
     }
@@ -173,7 +179,8 @@ TEST(PdfRenderer, LandscapeTurnsThePage) {
     writeText(r.htmlPath, longReport(3));
     QtPdfRenderer renderer;
     ASSERT_TRUE(renderer.render(r));
-    EXPECT_NE(pdfInfo(r.pdfPath).find("842 x 595 pts (A4)"), std::string::npos) << pdfInfo(r.pdfPath);
+    EXPECT_NE(pdfInfo(r.pdfPath).find("842 x 595 pts (A4)"), std::string::npos)
+        << pdfInfo(r.pdfPath);
     auto footer = words(r.pdfPath, 1).back();
     EXPECT_EQ(footer.text, "1");
     EXPECT_GT(footer.yMin, 595 - 60);
@@ -188,7 +195,8 @@ TEST(PdfRenderer, FailuresLeaveNoPdfAndNameTheCause) {
         writeText(r.pdfPath, "%PDF- an earlier run");
         auto done = renderer.render(r);
         ASSERT_FALSE(done);
-        EXPECT_NE(done.error().message.find("PDFJournal.html"), std::string::npos) << done.error().message;
+        EXPECT_NE(done.error().message.find("PDFJournal.html"), std::string::npos)
+            << done.error().message;
         EXPECT_FALSE(fs::exists(r.pdfPath));
     }
     {
@@ -198,7 +206,8 @@ TEST(PdfRenderer, FailuresLeaveNoPdfAndNameTheCause) {
         r.pdfPath = folder.file("fehlt/PDFJournal.pdf");
         auto done = renderer.render(r);
         ASSERT_FALSE(done);
-        EXPECT_NE(done.error().message.find("fehlt/PDFJournal.pdf"), std::string::npos) << done.error().message;
+        EXPECT_NE(done.error().message.find("fehlt/PDFJournal.pdf"), std::string::npos)
+            << done.error().message;
         EXPECT_FALSE(fs::exists(r.pdfPath));
     }
     if (geteuid() != 0) {
@@ -253,9 +262,10 @@ TEST(PdfRenderer, PixelsOfTheHtmlArePointsOnThePage) {
     // A 505-pixel table with two equal columns: the second begins 252.5 points further right.
     TempFolder folder;
     auto r = request(folder);
-    writeText(r.htmlPath, "<table width=505 border=0 cellspacing=0 cellpadding=0>"
-                          "<tr><td width=\"50%\">links</td><td width=\"50%\">rechts</td></tr></table>"
-                          "<p style=\"font-size:20px\">gross</p>");
+    writeText(r.htmlPath,
+              "<table width=505 border=0 cellspacing=0 cellpadding=0>"
+              "<tr><td width=\"50%\">links</td><td width=\"50%\">rechts</td></tr></table>"
+              "<p style=\"font-size:20px\">gross</p>");
     QtPdfRenderer renderer;
     ASSERT_TRUE(renderer.render(r));
     auto all = words(r.pdfPath, 1);

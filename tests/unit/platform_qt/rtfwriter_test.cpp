@@ -44,13 +44,15 @@ TEST(RtfWriter, TextsAreEscapedAndOutsideCharactersCoded) {
     // Outside the BMP: a surrogate pair of \u values.
     EXPECT_NE(rtfOf("<p>&#x1F600;</p>").find("\\u-10179?\\u-8704?"), std::string::npos);
     // Only ASCII in the file itself.
-    for (unsigned char c : rtfOf("<p>Äöü ß €</p>")) EXPECT_LT(c, 0x80);
+    for (unsigned char c : rtfOf("<p>Äöü ß €</p>"))
+        EXPECT_LT(c, 0x80);
 }
 
 TEST(RtfWriter, FormatsOfTheRuns) {
-    std::string rtf = rtfOf("<p><b>fett</b> <i>schräg</i> <u>unten</u> <font color=\"#ff0000\">rot</font>"
-                            " <span style=\"font-size:7px\">klein</span></p><h2>Kopf</h2>"
-                            "<p align=right>rechts</p><p align=center>mitte</p>");
+    std::string rtf =
+        rtfOf("<p><b>fett</b> <i>schräg</i> <u>unten</u> <font color=\"#ff0000\">rot</font>"
+              " <span style=\"font-size:7px\">klein</span></p><h2>Kopf</h2>"
+              "<p align=right>rechts</p><p align=center>mitte</p>");
     EXPECT_NE(rtf.find("{\\fs24\\b fett}"), std::string::npos) << rtf;
     EXPECT_NE(rtf.find("{\\fs24\\i schr\\'e4g}"), std::string::npos);
     EXPECT_NE(rtf.find("{\\fs24\\ul unten}"), std::string::npos);
@@ -69,9 +71,10 @@ TEST(RtfWriter, FormatsOfTheRuns) {
 }
 
 TEST(RtfWriter, TablesKeepTheirSpansAndBorders) {
-    std::string rtf = rtfOf("<table width=400 border=1 cellspacing=0 cellpadding=0>"
-                            "<tr><td colspan=2 width=\"50%\">oben</td><td rowspan=2>rechts</td></tr>"
-                            "<tr><td width=\"25%\">a</td><td width=\"25%\">b</td></tr></table>");
+    std::string rtf =
+        rtfOf("<table width=400 border=1 cellspacing=0 cellpadding=0>"
+              "<tr><td colspan=2 width=\"50%\">oben</td><td rowspan=2>rechts</td></tr>"
+              "<tr><td width=\"25%\">a</td><td width=\"25%\">b</td></tr></table>");
     // Row 1: a cell over two columns and the start of a merged column; row 2 goes on with it.
     EXPECT_NE(rtf.find("\\row\n"), std::string::npos) << rtf;
     auto first = rtf.find("\\trowd"), second = rtf.find("\\trowd", first + 1);
@@ -79,7 +82,8 @@ TEST(RtfWriter, TablesKeepTheirSpansAndBorders) {
     std::string row1 = rtf.substr(first, second - first), row2 = rtf.substr(second);
     auto count = [](const std::string& s, const std::string& what) {
         int n = 0;
-        for (auto at = s.find(what); at != std::string::npos; at = s.find(what, at + 1)) ++n;
+        for (auto at = s.find(what); at != std::string::npos; at = s.find(what, at + 1))
+            ++n;
         return n;
     };
     EXPECT_EQ(count(row1, "\\cellx"), 2) << row1;
@@ -120,14 +124,17 @@ TEST(RtfWriter, FailureLeavesNoFile) {
 
 // LibreOffice opens the RTF as its users would and finds the head, the tables and the rows.
 TEST(RtfWriter, LibreOfficeReadsTheTablesAndTexts) {
-    if (!haveProgram("soffice")) GTEST_SKIP() << "soffice is not installed (libreoffice-writer-nogui)";
+    if (!haveProgram("soffice"))
+        GTEST_SKIP() << "soffice is not installed (libreoffice-writer-nogui)";
     TempFolder folder;
     QtPdfRenderer renderer;
     ASSERT_TRUE(renderer.writeRtf(kGolden + "report.html", folder.file("bericht.rtf")));
     std::string command = "cd " + shellQuoted(folder.path().string()) +
                           " && HOME=" + shellQuoted(folder.path().string()) +
                           " timeout 120 soffice --headless --norestore"
-                          " -env:UserInstallation=file://" + folder.path().string() + "/profile"
+                          " -env:UserInstallation=file://" +
+                          folder.path().string() +
+                          "/profile"
                           " --convert-to 'txt:Text (encoded):UTF8' bericht.rtf >/dev/null 2>&1";
     ASSERT_EQ(std::system(command.c_str()), 0);
     std::string text = readText(folder.file("bericht.txt"));

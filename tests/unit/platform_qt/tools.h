@@ -25,7 +25,9 @@ class TempFolder {
         fs::remove_all(m_path, ec);
     }
     [[nodiscard]] const fs::path& path() const { return m_path; }
-    [[nodiscard]] std::string file(const std::string& name) const { return (m_path / name).string(); }
+    [[nodiscard]] std::string file(const std::string& name) const {
+        return (m_path / name).string();
+    }
 
   private:
     fs::path m_path;
@@ -48,7 +50,8 @@ inline std::string output(const std::string& command) {
     if (FILE* pipe = popen(command.c_str(), "r")) {
         char buffer[4096];
         size_t n;
-        while ((n = fread(buffer, 1, sizeof buffer, pipe)) > 0) out.append(buffer, n);
+        while ((n = fread(buffer, 1, sizeof buffer, pipe)) > 0)
+            out.append(buffer, n);
         pclose(pipe);
     }
     return out;
@@ -58,6 +61,8 @@ inline bool haveProgram(const std::string& name) {
     return std::system(("command -v " + name + " >/dev/null 2>&1").c_str()) == 0;
 }
 
-inline std::string shellQuoted(const std::string& path) { return "'" + path + "'"; }
+inline std::string shellQuoted(const std::string& path) {
+    return "'" + path + "'";
+}
 
 } // namespace zifora::platform_qt::testing
