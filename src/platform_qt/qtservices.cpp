@@ -1,5 +1,7 @@
 #include "platform_qt/qtservices.h"
 
+#include "platform_qt/pdfrenderer.h"
+
 #include <QApplication>
 #include <QClipboard>
 #include <QDateTime>
@@ -9,6 +11,7 @@
 #include <QMessageBox>
 #include <QProcess>
 #include <QScreen>
+#include <QTemporaryDir>
 #include <QPushButton>
 #include <QTimer>
 #include <QUrl>
@@ -219,6 +222,32 @@ void QtUi::preview(const std::string& pdfPath, const std::string& title) {
 bool QtUi::print(const shell::PrintRequest& request) {
     QWidget* parent = m_preview && m_preview->isVisible() ? m_preview.data() : m_parent.data();
     QString error;
+    // A report's HTML (its PDF may not be made yet) is laid out with the request's margins
+    // into a temporary PDF first.
+    const QString suffix = QFileInfo(qs(request.pdfPath)).suffix().toLower();
+    if (suffix == QLatin1String("html") || suffix == QLatin1String("htm")) {
+        QTemporaryDir folder;
+        shell::PdfRequest layout;
+        layout.htmlPath = request.pdfPath;
+        layout.pdfPath = folder.filePath(QStringLiteral("print.pdf")).toStdString();
+        layout.marginTop = request.marginTop;
+        layout.marginLeft = request.marginLeft;
+        layout.marginRight = request.marginRight;
+        layout.marginBottom = request.marginBottom;
+        layout.title = request.title;
+        auto made = folder.isValid() ? QtPdfRenderer().render(layout)
+                                     : core::Result<void>(core::fail("kein temporärer Ordner"));
+        if (!made) {
+            alert({"Fehler!", made.error().message, {"OK"}, shell::AlertStyle::Critical, {}});
+            return false;
+        }
+        shell::PrintRequest pdf = request;
+        pdf.pdfPath = layout.pdfPath;
+        if (printPdf(parent, pdf, &error)) return true;
+        if (!error.isEmpty())
+            alert({"Fehler!", error.toStdString(), {"OK"}, shell::AlertStyle::Critical, {}});
+        return false;
+    }
     if (printPdf(parent, request, &error)) return true;
     if (!error.isEmpty())
         alert({"Fehler!", error.toStdString(), {"OK"}, shell::AlertStyle::Critical, {}});

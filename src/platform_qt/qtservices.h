@@ -42,6 +42,7 @@ class QtUi final : public shell::Ui {
     /// "loadInPreview.app" is set. A file that can't be shown gets the "Fehler!" alert.
     void preview(const std::string& pdfPath, const std::string& title) override;
     /// The print dialog over the PDF (see printPdf); false when cancelled or unreadable.
+    /// A path ending in .html is a report's HTML, laid out with the request's margins.
     bool print(const shell::PrintRequest& request) override;
     /// The preview window, once a PDF has been shown (for tests and screenshots).
     [[nodiscard]] PdfPreviewWindow* previewWindow() const { return m_preview; }

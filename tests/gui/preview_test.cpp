@@ -133,6 +133,25 @@ class PreviewTest : public QObject {
         QVERIFY(lastPage >= 3);
     }
 
+    void printsAReportsHtmlLaidOutWithTheMargins() {
+        platform_qt::QtUi ui;
+        shell::PrintRequest request;
+        request.pdfPath = m_dir.filePath("PDFJournal.html").toStdString();
+        request.marginTop = 40;
+        request.marginLeft = 20;
+        request.marginRight = 20;
+        request.marginBottom = 60;
+        int lastPage = 0;
+        QTimer::singleShot(100, [&] {
+            if (auto* dialog = qobject_cast<QPrintDialog*>(QApplication::activeModalWidget())) {
+                lastPage = dialog->maxPage();
+                dialog->reject();
+            }
+        });
+        QVERIFY(!ui.print(request));
+        QVERIFY(lastPage >= 3);
+    }
+
     void refusesAFileThatIsNoPdf() {
         QFile other(m_dir.filePath("kein.pdf"));
         QVERIFY(other.open(QIODevice::WriteOnly));
