@@ -10,6 +10,10 @@
 
 #include <CLI/CLI.hpp>
 
+#ifdef ZIFORA_QT_PDF
+#include "platform_qt/pdfrenderer.h"
+#endif
+
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -122,9 +126,18 @@ int main(int argc, char** argv) {
 
     CLI11_PARSE(app, argc, argv);
 
+    // The renderer of reports: Qt's, offscreen, where the program is built with Qt; it starts
+    // Qt only when a document is first asked for, and ends it before main returns.
+#ifdef ZIFORA_QT_PDF
+    zifora::platform_qt::OffscreenPdfRenderer qtRenderer;
+    zifora::shell::PdfRenderer* pdfRenderer = &qtRenderer;
+#else
+    zifora::shell::PdfRenderer* pdfRenderer = nullptr;
+#endif
+
     if (*dump) return dumpCommand(dumpPath);
     if (*load) return loadCommand(loadJsonPath == "-" ? "/dev/stdin" : loadJsonPath, loadArchivePath);
-    if (*run) return zifora::program::runScriptFile(scriptPath, std::cout);
+    if (*run) return zifora::program::runScriptFile(scriptPath, std::cout, pdfRenderer);
     if (*demo) return demoCommand(demoHome);
     if (*journal) {
         using zifora::program::JournalOutput;

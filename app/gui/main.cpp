@@ -9,6 +9,7 @@
 #include "startsheets.h"
 
 #include "core/settings.h"
+#include "platform_qt/pdfrenderer.h"
 #include "platform_qt/qtservices.h"
 #include "program/program.h"
 
@@ -48,11 +49,12 @@ int main(int argc, char** argv) {
     platform_qt::SystemClock clock;
     platform_qt::QtClipboard clipboard;
     platform_qt::QtWorkspace workspace;
-    shell::NoPdfRenderer pdf;
+    platform_qt::QtPdfRenderer pdf;
     core::Places places = core::Places::fromEnvironment();
     core::Settings settings(places.settingsFile);
     // Settings that can't be read are told by the start, which goes on with the book.
     core::loadSettingsSafely(settings);
+    ui.setSettings(&settings);
 
     program::Program program(shell::Services{ui, scheduler, clock, clipboard, workspace, pdf},
                              places, settings);

@@ -1,5 +1,7 @@
 #include "platform_qt/qtservices.h"
 
+#include "platform_qt/pdfrenderer.h"
+
 #include <QApplication>
 #include <QClipboard>
 #include <QDateTime>
@@ -8,6 +10,8 @@
 #include <QFileInfo>
 #include <QMessageBox>
 #include <QProcess>
+#include <QScreen>
+#include <QTemporaryDir>
 #include <QPushButton>
 #include <QTimer>
 #include <QUrl>
@@ -90,6 +94,7 @@ void QtUi::showWindow(const std::string& name) {
 }
 
 void QtUi::hideWindow(const std::string& name) {
+    if (name == "preview" && m_preview) m_preview->close();
     auto it = m_windows.find(name);
     if (it != m_windows.end()) it->second(false);
 }
@@ -170,14 +175,83 @@ void QtWorkspace::terminate() {
                               Qt::QueuedConnection);
 }
 
+QtUi::~QtUi() { delete m_preview.data(); }
+
 void QtUi::preview(const std::string& pdfPath, const std::string& title) {
-    (void)title;
-    QDesktopServices::openUrl(QUrl::fromLocalFile(QString::fromStdString(pdfPath)));
+    const QString path = qs(pdfPath);
+    if (m_settings && m_settings->getBool("loadInPreview.app")) {
+        if (!QDesktopServices::openUrl(QUrl::fromLocalFile(path)))
+            alert({"Fehler!", pdfPath + ": kein Programm zum Anzeigen von PDF-Dateien gefunden.",
+                   {"OK"}, shell::AlertStyle::Critical, {}});
+        return;
+    }
+    if (!m_preview) {
+        // A window of its own, beside the main window rather than on top of it.
+        m_preview = new PdfPreviewWindow(nullptr);
+        m_preview->setAttribute(Qt::WA_DeleteOnClose, false);
+        QObject::connect(m_preview, &PdfPreviewWindow::printRequested, m_preview,
+                         [this](const QString& file) {
+                             shell::PrintRequest request;
+                             request.pdfPath = file.toStdString();
+                             request.title = m_preview->windowTitle().toStdString();
+                             // The reports' margins: top 40, left and right 20, bottom 60.
+                             request.marginTop = 40;
+                             request.marginLeft = 20;
+                             request.marginRight = 20;
+                             request.marginBottom = 60;
+                             print(request);
+                         });
+    }
+    if (!m_preview->open(path, qs(title))) {
+        alert({"Fehler!", pdfPath + ": die Datei lässt sich nicht als PDF lesen.", {"OK"},
+               shell::AlertStyle::Critical, {}});
+        return;
+    }
+    // Centred on the screen of the main window.
+    QScreen* screen = m_parent ? m_parent->screen() : QGuiApplication::primaryScreen();
+    if (screen) {
+        QRect frame = m_preview->frameGeometry();
+        frame.moveCenter(screen->availableGeometry().center());
+        m_preview->move(frame.topLeft());
+    }
+    m_preview->show();
+    m_preview->raise();
+    m_preview->activateWindow();
 }
 
 bool QtUi::print(const shell::PrintRequest& request) {
-    preview(request.pdfPath, request.title);
-    return true;
+    QWidget* parent = m_preview && m_preview->isVisible() ? m_preview.data() : m_parent.data();
+    QString error;
+    // A report's HTML (its PDF may not be made yet) is laid out with the request's margins
+    // into a temporary PDF first.
+    const QString suffix = QFileInfo(qs(request.pdfPath)).suffix().toLower();
+    if (suffix == QLatin1String("html") || suffix == QLatin1String("htm")) {
+        QTemporaryDir folder;
+        shell::PdfRequest layout;
+        layout.htmlPath = request.pdfPath;
+        layout.pdfPath = folder.filePath(QStringLiteral("print.pdf")).toStdString();
+        layout.marginTop = request.marginTop;
+        layout.marginLeft = request.marginLeft;
+        layout.marginRight = request.marginRight;
+        layout.marginBottom = request.marginBottom;
+        layout.title = request.title;
+        auto made = folder.isValid() ? QtPdfRenderer().render(layout)
+                                     : core::Result<void>(core::fail("kein temporärer Ordner"));
+        if (!made) {
+            alert({"Fehler!", made.error().message, {"OK"}, shell::AlertStyle::Critical, {}});
+            return false;
+        }
+        shell::PrintRequest pdf = request;
+        pdf.pdfPath = layout.pdfPath;
+        if (printPdf(parent, pdf, &error)) return true;
+        if (!error.isEmpty())
+            alert({"Fehler!", error.toStdString(), {"OK"}, shell::AlertStyle::Critical, {}});
+        return false;
+    }
+    if (printPdf(parent, request, &error)) return true;
+    if (!error.isEmpty())
+        alert({"Fehler!", error.toStdString(), {"OK"}, shell::AlertStyle::Critical, {}});
+    return false;
 }
 
 } // namespace zifora::platform_qt

@@ -1,6 +1,8 @@
 #pragma once
 // The platform services of the desktop program, on Qt.
 
+#include "core/settings.h"
+#include "platform_qt/previewwindow.h"
 #include "shell/services.h"
 
 #include <QObject>
@@ -19,6 +21,10 @@ namespace zifora::platform_qt {
 /// file dialogs, windows by name through handlers the program registers.
 class QtUi final : public shell::Ui {
   public:
+    QtUi() = default;
+    ~QtUi() override;
+    QtUi(const QtUi&) = delete;
+    QtUi& operator=(const QtUi&) = delete;
     /// The window that alerts and dialogs belong to (may change while running).
     void setParentWindow(QWidget* window) { m_parent = window; }
     using WindowHandler = std::function<void(bool show)>;
@@ -29,14 +35,23 @@ class QtUi final : public shell::Ui {
     std::optional<std::string> chooseFile(const shell::DialogRequest& request) override;
     void showWindow(const std::string& name) override;
     void hideWindow(const std::string& name) override;
-    /// Until the preview window of the reports is built, the desktop's PDF viewer shows
-    /// the file; the print dialog is offered by that viewer as well.
+    /// The settings that choose between the program's preview window and the desktop's
+    /// PDF viewer ("loadInPreview.app"); without them the preview window shows the PDF.
+    void setSettings(const core::Settings* settings) { m_settings = settings; }
+    /// The PDF in the preview window titled `title`, or in the desktop's PDF viewer when
+    /// "loadInPreview.app" is set. A file that can't be shown gets the "Fehler!" alert.
     void preview(const std::string& pdfPath, const std::string& title) override;
+    /// The print dialog over the PDF (see printPdf); false when cancelled or unreadable.
+    /// A path ending in .html is a report's HTML, laid out with the request's margins.
     bool print(const shell::PrintRequest& request) override;
+    /// The preview window, once a PDF has been shown (for tests and screenshots).
+    [[nodiscard]] PdfPreviewWindow* previewWindow() const { return m_preview; }
 
   private:
     QPointer<QWidget> m_parent;
     std::map<std::string, WindowHandler> m_windows;
+    const core::Settings* m_settings = nullptr;
+    QPointer<PdfPreviewWindow> m_preview;
 };
 
 /// Delayed calls and repeating timers on the Qt event loop.

@@ -12,7 +12,7 @@ namespace zifora::program {
 /// the script driver, the demonstration book, benchmarks and tests.
 struct HeadlessProgram {
     HeadlessProgram(std::ostream& out, core::Places where, core::Date start,
-                    Resources resources = Resources::find());
+                    Resources resources = Resources::find(), shell::PdfRenderer* pdf = nullptr);
 
     shell::HeadlessServices services;
     core::Places places;

@@ -18,23 +18,24 @@ core::Date realNow() {
 
 } // namespace
 
-int runScript(std::istream& script, std::ostream& out) {
-    HeadlessProgram headless(out, core::Places::fromEnvironment(), realNow());
+int runScript(std::istream& script, std::ostream& out, shell::PdfRenderer* pdf) {
+    HeadlessProgram headless(out, core::Places::fromEnvironment(), realNow(), Resources::find(),
+                             pdf);
     // Settings that can't be read are told by the start, which goes on with the book.
     core::loadSettingsSafely(headless.settings);
     shell::ScriptDriver driver(headless.session(), headless.services);
     return driver.run(script);
 }
 
-int runScriptFile(const std::string& path, std::ostream& out) {
-    if (path == "-") return runScript(std::cin, out);
+int runScriptFile(const std::string& path, std::ostream& out, shell::PdfRenderer* pdf) {
+    if (path == "-") return runScript(std::cin, out, pdf);
     std::ifstream in(path);
     if (!in) {
         shell::EventLog log(out);
         log.error(path + ": das Skript kann nicht gelesen werden");
         return 3;
     }
-    return runScript(in, out);
+    return runScript(in, out, pdf);
 }
 
 } // namespace zifora::program

@@ -1,6 +1,8 @@
 #pragma once
 // The jobs of the command-line program that run the whole program.
 
+#include "shell/services.h"
+
 #include <istream>
 #include <ostream>
 #include <string>
@@ -8,8 +10,9 @@
 namespace zifora::program {
 
 /// Runs a JSON-lines script against the data folder of $HOME; returns the exit code
-/// (0, or 1 when an error event was printed, 3 when the script can't be read).
-int runScriptFile(const std::string& path, std::ostream& out);
-int runScript(std::istream& script, std::ostream& out);
+/// (0, or 1 when an error event was printed, 3 when the script can't be read). Reports are
+/// rendered by `pdf` where one is given.
+int runScriptFile(const std::string& path, std::ostream& out, shell::PdfRenderer* pdf = nullptr);
+int runScript(std::istream& script, std::ostream& out, shell::PdfRenderer* pdf = nullptr);
 
 } // namespace zifora::program

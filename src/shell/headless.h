@@ -136,10 +136,12 @@ class RecordingWorkspace final : public Workspace {
     bool m_terminated = false;
 };
 
-/// The headless services of one run over one event log.
+/// The headless services of one run over one event log. PDFs and RTF files come from
+/// `renderer` where one is given (the Qt renderer, offscreen); without one they fail.
 struct HeadlessServices {
-    HeadlessServices(std::ostream& out, core::Date start)
-        : log(out), ui(log), clock(scheduler, start), clipboard(log), workspace(log) {}
+    HeadlessServices(std::ostream& out, core::Date start, PdfRenderer* renderer = nullptr)
+        : log(out), ui(log), clock(scheduler, start), clipboard(log), workspace(log),
+          pdf(renderer ? *renderer : noPdf) {}
 
     [[nodiscard]] Services services() {
         return Services{ui, scheduler, clock, clipboard, workspace, pdf};
@@ -151,7 +153,8 @@ struct HeadlessServices {
     VirtualClock clock;
     RecordingClipboard clipboard;
     RecordingWorkspace workspace;
-    NoPdfRenderer pdf;
+    NoPdfRenderer noPdf;
+    PdfRenderer& pdf;
 };
 
 } // namespace zifora::shell
