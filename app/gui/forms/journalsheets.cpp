@@ -204,8 +204,16 @@ JournalSheets::JournalSheets(shell::Session& app, QWidget* mainWindow) : m_main(
 }
 
 void JournalSheets::registerWindows(platform_qt::QtUi& ui) {
-    ui.addWindow("tabJournalPrintSheet", [this](bool show) { m_print->showSheet(show); });
-    ui.addWindow("tabJournalExportSheet", [this](bool show) { m_export->showSheet(show); });
+    // While a sheet is up, alerts (a PDF that could not be made) belong to it, and the
+    // keyboard returns there when they are answered.
+    auto showing = [this, &ui](JournalSheet* sheet) {
+        return [this, &ui, sheet](bool show) {
+            sheet->showSheet(show);
+            ui.setParentWindow(show ? static_cast<QWidget*>(sheet) : m_main.data());
+        };
+    };
+    ui.addWindow("tabJournalPrintSheet", showing(m_print));
+    ui.addWindow("tabJournalExportSheet", showing(m_export));
 }
 
 } // namespace zifora::gui
