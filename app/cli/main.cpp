@@ -106,10 +106,12 @@ int main(int argc, char** argv) {
     std::string journalPdf, journalHtml, journalRtf;
     auto* report = app.add_subcommand("report", "Einen Bericht aus dem Buch von $HOME schreiben");
     report->require_subcommand(1);
-    auto* journal = report->add_subcommand("journal", "Das Journal einer Abrechnung als PDF, HTML oder RTF");
+    auto* journal =
+        report->add_subcommand("journal", "Das Journal einer Abrechnung als PDF, HTML oder RTF");
     journal->add_option("--year", journalJob.year, "Das Jahr, z. B. 2025")->required();
     journal->add_option("--period", journalJob.period, "Die Abrechnung, z. B. März")->required();
-    journal->add_option("--client", journalJob.client, "Nummer des Benutzers, ab 0")->default_val(0);
+    journal->add_option("--client", journalJob.client, "Nummer des Benutzers, ab 0")
+        ->default_val(0);
     auto* outputs = journal->add_option_group("Ausgabe", "genau eine Ausgabedatei");
     outputs->add_option("--pdf", journalPdf, "PDF-Datei");
     outputs->add_option("--html", journalHtml, "HTML-Datei");
@@ -141,10 +143,18 @@ int main(int argc, char** argv) {
     if (*demo) return demoCommand(demoHome);
     if (*journal) {
         using zifora::program::JournalOutput;
-        if (!journalPdf.empty()) journalJob = {journalJob.year, journalJob.period, journalJob.client, JournalOutput::Pdf, journalPdf};
-        if (!journalHtml.empty()) journalJob = {journalJob.year, journalJob.period, journalJob.client, JournalOutput::Html, journalHtml};
-        if (!journalRtf.empty()) journalJob = {journalJob.year, journalJob.period, journalJob.client, JournalOutput::Rtf, journalRtf};
-        return zifora::program::reportJournal(journalJob, std::cerr);
+        for (auto [path, output] : {std::pair{&journalPdf, JournalOutput::Pdf},
+                                    {&journalHtml, JournalOutput::Html},
+                                    {&journalRtf, JournalOutput::Rtf}}) {
+            if (path->empty()) continue;
+            journalJob.output = output;
+            journalJob.path = *path;
+        }
+        if (journalJob.path.empty()) {
+            std::cerr << "zifora-cli: report journal: die Ausgabedatei fehlt\n";
+            return 2;
+        }
+        return zifora::program::reportJournal(journalJob, std::cerr, pdfRenderer);
     }
     if (*vat) {
         if (*vatElsterOption) vatOptions.elster = vatElster;

@@ -1,6 +1,7 @@
 // zifora: the desktop program.
 
 #include "forms/formsheets.h"
+#include "forms/journalsheets.h"
 #include "mainwindow.h"
 #include "preferences/preferencescontroller.h"
 #include "qttexts.h"
@@ -81,6 +82,8 @@ int main(int argc, char** argv) {
     // The windows follow the book's change signal; they need no call after their commands.
     gui::FormSheets forms(app, &window, {});
     forms.registerWindows(ui);
+    gui::JournalSheets journalSheets(app, &window);
+    journalSheets.registerWindows(ui);
     gui::StartSheets startSheets(app, &window, {});
     startSheets.registerWindows(ui);
 

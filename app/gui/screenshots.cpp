@@ -102,6 +102,19 @@ std::vector<Shot> plannedShots() {
                          c.selectPeriod("März");
                          c.run("openVoranmeldungsWindow:");
                      }),
+        // The journal is written as the sheet opens; its PDF is the renderer's.
+        Shot::window(QStringLiteral("abrechnung-exportieren.png"), "tabJournalExportSheet",
+                     [](ShotContext& c) {
+                         c.selectPeriod("März");
+                         c.run("exportString");
+                         c.showWindow("tabJournalExportSheet");
+                     }),
+        Shot::window(QStringLiteral("abrechnung-drucken.png"), "tabJournalPrintSheet",
+                     [](ShotContext& c) {
+                         c.selectPeriod("März");
+                         c.run("exportString");
+                         c.showWindow("tabJournalPrintSheet");
+                     }),
         preferencesShot(0, "einstellungen-allgemein.png"),
         preferencesShot(1, "einstellungen-daten.png"),
         preferencesShot(2, "einstellungen-kategorien.png"),

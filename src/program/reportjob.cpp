@@ -1,8 +1,9 @@
 #include "program/reportjob.h"
 
 #include "core/atomicfile.h"
-#include "program/headlessprogram.h"
+#include "program/program.h"
 #include "reports/settlementjournalcontroller.h"
+#include "shell/headless.h"
 
 #include <chrono>
 #include <cstdlib>
@@ -23,6 +24,24 @@ core::Date realNow() {
     return core::Date::fromUnix(std::chrono::duration<double>(since).count());
 }
 
+/// The program on the headless services, with the given renderer of PDF and RTF files (none:
+/// every such file fails and says so).
+struct ReportProgram {
+    ReportProgram(std::ostream& out, core::Places where, shell::PdfRenderer* renderer)
+        : services(out, realNow()), places(std::move(where)), settings(places.settingsFile),
+          program(shell::Services{services.ui, services.scheduler, services.clock,
+                                  services.clipboard, services.workspace,
+                                  renderer ? *renderer : services.pdf},
+                  places, settings) {}
+
+    [[nodiscard]] shell::Session& session() { return program.session(); }
+
+    shell::HeadlessServices services;
+    core::Places places;
+    core::Settings settings;
+    Program program;
+};
+
 /// The index of the first record of `list` whose `key` holds `text`.
 std::optional<int64_t> indexOf(const core::RecordList& list, std::string_view key,
                                const std::string& text) {
@@ -33,7 +52,7 @@ std::optional<int64_t> indexOf(const core::RecordList& list, std::string_view ke
 
 /// Loads the settings and the book of $HOME and selects the job's client, year and period.
 /// Returns an exit code when that fails.
-std::optional<int> openPeriod(HeadlessProgram& headless, const JournalJob& job, std::ostream& err) {
+std::optional<int> openPeriod(ReportProgram& headless, const JournalJob& job, std::ostream& err) {
     core::Settings stored(core::Places::fromEnvironment().settingsFile);
     if (auto loaded = stored.load(); !loaded) {
         err << "zifora-cli: " << loaded.error().message << "\n";
@@ -100,7 +119,7 @@ int writeHtml(reports::SettlementJournalController& journal, const std::string& 
 
 /// The export sheet's way: the journal (and its PDF), then the chooser's format with the
 /// save dialog answered by the job's path.
-int exportAs(HeadlessProgram& headless, reports::SettlementJournalController& journal,
+int exportAs(ReportProgram& headless, reports::SettlementJournalController& journal,
              const JournalJob& job, std::ostream& err) {
     if (job.output == JournalOutput::Pdf) {
         if (auto made = journal.generatePDFTab(); made.outcome != shell::Outcome::Done)
@@ -135,7 +154,7 @@ struct ScratchSettingsFolder {
 
 } // namespace
 
-int reportJournal(const JournalJob& job, std::ostream& err) {
+int reportJournal(const JournalJob& job, std::ostream& err, shell::PdfRenderer* pdf) {
     ScratchSettingsFolder scratch;
     if (scratch.folder.empty()) {
         err << "zifora-cli: kein temporärer Ordner für die Einstellungen\n";
@@ -144,7 +163,7 @@ int reportJournal(const JournalJob& job, std::ostream& err) {
     core::Places places = core::Places::fromEnvironment();
     places.settingsFile = (scratch.folder / "Zifora.plist").string();
     std::ostringstream events; // the alerts' texts come back in the commands' results
-    HeadlessProgram headless(events, places, realNow());
+    ReportProgram headless(events, places, pdf);
     if (auto code = openPeriod(headless, job, err)) return *code;
     auto* journal = headless.program.feature<reports::SettlementJournalController>();
     if (auto refusal = journal->sheetRefusal()) return failed(*refusal, kRefused, err);

@@ -6,6 +6,10 @@
 #include <ostream>
 #include <string>
 
+namespace zifora::shell {
+class PdfRenderer;
+}
+
 namespace zifora::program {
 
 enum class JournalOutput { Html, Pdf, Rtf };
@@ -21,7 +25,8 @@ struct JournalJob {
 /// Runs the journal through the program's own commands, with the save dialog answered by
 /// `job.path`. Returns the exit code: 0 done; 2 the settings or the database can't be read;
 /// 3 there is no database; 4 a file could not be written; 5 refused (no such client, year
-/// or period, or the program's refusal). Every failure is told on `err`.
-int reportJournal(const JournalJob& job, std::ostream& err);
+/// or period, or the program's refusal). Every failure is told on `err`. PDF and RTF files
+/// come from `pdf`; without one they fail with a message.
+int reportJournal(const JournalJob& job, std::ostream& err, shell::PdfRenderer* pdf = nullptr);
 
 } // namespace zifora::program
