@@ -17,7 +17,7 @@ namespace {
 constexpr int kUnreadable = 2;
 constexpr int kNoDatabase = 3;
 constexpr int kNotWritten = 4;
-constexpr int kRefused = 5;
+constexpr int kRefused = 7;
 
 core::Date realNow() {
     auto since = std::chrono::system_clock::now().time_since_epoch();

@@ -24,7 +24,7 @@ struct JournalJob {
 
 /// Runs the journal through the program's own commands, with the save dialog answered by
 /// `job.path`. Returns the exit code: 0 done; 2 the settings or the database can't be read;
-/// 3 there is no database; 4 a file could not be written; 5 refused (no such client, year
+/// 3 there is no database; 4 a file could not be written; 7 refused (no such client, year
 /// or period, or the program's refusal). Every failure is told on `err`. PDF and RTF files
 /// come from `pdf`; without one they fail with a message.
 int reportJournal(const JournalJob& job, std::ostream& err, shell::PdfRenderer* pdf = nullptr);

@@ -78,18 +78,18 @@ int vatCommand(const VatOptions& options, std::ostream& out, std::ostream& err) 
     Record* client = chooseClient(book, options.client);
     if (!client) {
         err << "zifora-cli: " << path << ": keinen Benutzer mit dieser Nummer\n";
-        return 5;
+        return 7;
     }
     Record* year = findByText(client->theYears(), "dateValue", options.year);
     if (!year) {
         err << "zifora-cli: " << client->getText("company") << " hat kein Jahr " << options.year
             << "\n";
-        return 5;
+        return 7;
     }
     Record* period = findByText(year->thelists(), "title", options.period);
     if (!period) {
         err << "zifora-cli: " << options.year << " hat keine Abrechnung " << options.period << "\n";
-        return 5;
+        return 7;
     }
 
     // The items in the order of the item list, by date, as the program totals them.

@@ -18,7 +18,7 @@ struct VatOptions {
 };
 
 /// Exit codes: 0 done, 2 the database can't be read, 3 there is no database, 4 the XML file
-/// could not be written, 5 the book has no such client, year or period.
+/// could not be written, 7 the book has no such client, year or period.
 int vatCommand(const VatOptions& options, std::ostream& out, std::ostream& err);
 
 } // namespace zifora::program

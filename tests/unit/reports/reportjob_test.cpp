@@ -79,12 +79,12 @@ TEST(ReportJob, FailsWithTheRenderersCauseAndRefusesWhatIsNotThere) {
 
     err.str({});
     EXPECT_EQ(program::reportJournal({"2025", "April", 0, program::JournalOutput::Html, out}, err),
-              5);
+              7);
     EXPECT_EQ(err.str(),
               "zifora-cli: Du musst erst eine Abrechnung und zugehörige Posten anlegen.\n");
     err.str({});
     EXPECT_EQ(program::reportJournal({"2025", "Mai", 0, program::JournalOutput::Html, out}, err),
-              5);
+              7);
     EXPECT_EQ(err.str(), "zifora-cli: es gibt keine Abrechnung Mai im Jahr 2025\n");
     std::filesystem::remove(h.database);
     err.str({});
