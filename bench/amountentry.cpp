@@ -3,10 +3,10 @@
 // a paste may have: plain digits, digits in groups of three, a long fraction, and a long
 // number with one wrong character at its end (refused, then read as far as it goes).
 
-#include "program/headlessprogram.h"
 #include "posting/amountentry.h"
 #include "bench/generate.h"
 #include "core/keyedarchive.h"
+#include "program/headlessprogram.h"
 
 #include <benchmark/benchmark.h>
 
@@ -21,19 +21,24 @@ using namespace zifora;
 
 std::string pasted(int shape, size_t bytes) {
     switch (shape) {
-    case 0: return std::string(bytes, '7');
+    case 0:
+        return std::string(bytes, '7');
     case 1: {
         std::string s = "1";
-        while (s.size() + 4 <= bytes) s += ".000";
+        while (s.size() + 4 <= bytes)
+            s += ".000";
         return s;
     }
-    case 2: return "0," + std::string(bytes - 2, '5');
-    default: return std::string(bytes - 1, '3') + "x";
+    case 2:
+        return "0," + std::string(bytes - 2, '5');
+    default:
+        return std::string(bytes - 1, '3') + "x";
     }
 }
 
 void acceptedSumOfAPaste(benchmark::State& state) {
-    const std::string text = pasted(static_cast<int>(state.range(0)), static_cast<size_t>(state.range(1)));
+    const std::string text =
+        pasted(static_cast<int>(state.range(0)), static_cast<size_t>(state.range(1)));
     for (auto _ : state) {
         benchmark::DoNotOptimize(posting::acceptedSum(text, "de_DE"));
         benchmark::DoNotOptimize(posting::sumFieldValue(text, "de_DE"));
@@ -50,7 +55,8 @@ BENCHMARK(acceptedSumOfAPaste)
 // its alert) and the calculation, in the headless program on a small book.
 void pasteIntoTheItemForm(benchmark::State& state) {
     namespace fs = std::filesystem;
-    const fs::path home = fs::temp_directory_path() / ("zifora-bench-sum-" + std::to_string(::getpid()));
+    const fs::path home =
+        fs::temp_directory_path() / ("zifora-bench-sum-" + std::to_string(::getpid()));
     const core::Places places = core::Places::forHome(home.string());
     fs::create_directories(places.dataFolder);
     if (!core::writeKeyedArchiveFile((fs::path(places.dataFolder) / "Zifora.zfdb4").string(),
@@ -66,7 +72,8 @@ void pasteIntoTheItemForm(benchmark::State& state) {
     headless.services.scheduler.advance(1);
     session.run("addItem:");
     session.run(state.range(0) == 3 ? "selectIncome:" : "selectExpense:");
-    const std::string text = pasted(static_cast<int>(state.range(0)), static_cast<size_t>(state.range(1)));
+    const std::string text =
+        pasted(static_cast<int>(state.range(0)), static_cast<size_t>(state.range(1)));
     for (auto _ : state) {
         session.fields().set("sumField", core::Value::string(text));
         session.run("calculateItem:");

@@ -87,8 +87,8 @@ int main(int argc, char** argv) {
     platform_qt::QtClipboard clipboard;
     platform_qt::QtWorkspace workspace;
     shell::NoPdfRenderer pdf;
-    program::Program program(shell::Services{ui, scheduler, clock, clipboard, workspace, pdf}, places,
-                             settings);
+    program::Program program(shell::Services{ui, scheduler, clock, clipboard, workspace, pdf},
+                             places, settings);
     shell::Session& app = program.session();
     app.run("init");
     settings.setBool("firstStepsDone", true);

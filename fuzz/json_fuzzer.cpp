@@ -31,7 +31,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
         if (!again) finding("the dump does not load again", again.error().message);
         if (dumpJson(*again) != dumped) finding("dump, load, dump changes the text", dumped);
         auto archived = decodeKeyedArchive(encodeKeyedArchive(*loaded), "written");
-        if (!archived) finding("the loaded value does not read back as an archive", archived.error().message);
+        if (!archived)
+            finding("the loaded value does not read back as an archive", archived.error().message);
     }
     if (auto value = loadTaggedJson(text)) {
         const std::string tagged = taggedJson(*value);

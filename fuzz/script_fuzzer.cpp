@@ -26,7 +26,8 @@ std::optional<std::filesystem::path> g_charts;
 } // namespace
 
 extern "C" int LLVMFuzzerInitialize(int*, char***) {
-    std::string pattern = (std::filesystem::temp_directory_path() / "zifora-script-fuzz-XXXXXX").string();
+    std::string pattern =
+        (std::filesystem::temp_directory_path() / "zifora-script-fuzz-XXXXXX").string();
     if (!mkdtemp(pattern.data())) std::abort();
     g_home = pattern;
     std::atexit([] {

@@ -33,6 +33,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     auto back = readXmlPlist(*written);
     if (!back) finding("the written property list does not read back", back.error().message);
     auto again = writeXmlPlist(*back);
-    if (!again || *again != *written) finding("writing what was read back changes the text", *written);
+    if (!again || *again != *written)
+        finding("writing what was read back changes the text", *written);
     return 0;
 }

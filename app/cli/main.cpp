@@ -1,12 +1,12 @@
 // zifora-cli: the headless program. Its subcommands, the JSON dump format and the script
 // language of `run` are a public interface; see docs/cli.md.
 
+#include "core/jsondump.h"
 #include "core/keyedarchive.h"
-#include "program/scripts.h"
 #include "program/demobook.h"
 #include "program/reportjob.h"
+#include "program/scripts.h"
 #include "program/vatcommand.h"
-#include "core/jsondump.h"
 
 #include <CLI/CLI.hpp>
 
@@ -68,7 +68,8 @@ int demoCommand(std::string home) {
     } else {
         fs::create_directories(home, ec);
         home = fs::absolute(home, ec).lexically_normal().string();
-        while (home.size() > 1 && home.back() == '/') home.pop_back();
+        while (home.size() > 1 && home.back() == '/')
+            home.pop_back();
     }
     auto book = zifora::program::makeDemoBook(home);
     if (!book) {
@@ -86,7 +87,8 @@ int main(int argc, char** argv) {
     app.require_subcommand(1);
 
     std::string dumpPath;
-    auto* dump = app.add_subcommand("dump", "Ein Archiv (Datenbank, Austauschdatei, Kontenrahmen) als JSON ausgeben");
+    auto* dump = app.add_subcommand(
+        "dump", "Ein Archiv (Datenbank, Austauschdatei, Kontenrahmen) als JSON ausgeben");
     dump->add_option("PATH", dumpPath, "Pfad des Archivs")->required();
 
     std::string loadJsonPath, loadArchivePath;
@@ -95,12 +97,15 @@ int main(int argc, char** argv) {
     load->add_option("PATH", loadArchivePath, "Pfad des zu schreibenden Archivs")->required();
 
     std::string scriptPath;
-    auto* run = app.add_subcommand("run", "Ein JSON-Lines-Skript gegen den Datenordner von $HOME ausführen");
+    auto* run = app.add_subcommand(
+        "run", "Ein JSON-Lines-Skript gegen den Datenordner von $HOME ausführen");
     run->add_option("SCRIPT", scriptPath, "Skriptdatei (- für die Standardeingabe)")->required();
 
     std::string demoHome;
-    auto* demo = app.add_subcommand("demo", "Ein Beispielbuch anlegen und seine Abrechnungen zusammenrechnen");
-    demo->add_option("DIR", demoHome, "Ordner, der als Home-Ordner dient (sonst ein neuer temporärer)");
+    auto* demo = app.add_subcommand(
+        "demo", "Ein Beispielbuch anlegen und seine Abrechnungen zusammenrechnen");
+    demo->add_option("DIR", demoHome,
+                     "Ordner, der als Home-Ordner dient (sonst ein neuer temporärer)");
 
     zifora::program::JournalJob journalJob;
     std::string journalPdf, journalHtml, journalRtf;
@@ -119,12 +124,16 @@ int main(int argc, char** argv) {
     outputs->require_option(1);
     zifora::program::VatOptions vatOptions;
     std::string vatElster;
-    auto* vat = app.add_subcommand("vat", "Die Zahlen der Umsatzsteuer-Voranmeldung einer Abrechnung ausgeben");
+    auto* vat = app.add_subcommand(
+        "vat", "Die Zahlen der Umsatzsteuer-Voranmeldung einer Abrechnung ausgeben");
     vat->add_option("--year", vatOptions.year, "Das Jahr (\"2025\")")->required();
-    vat->add_option("--period", vatOptions.period, "Die Abrechnung (\"März\", \"1. Kalendervierteljahr\")")->required();
+    vat->add_option("--period", vatOptions.period,
+                    "Die Abrechnung (\"März\", \"1. Kalendervierteljahr\")")
+        ->required();
     vat->add_option("--client", vatOptions.client, "Nummer des Benutzers, ab 0")->default_val(0);
     vat->add_flag("--json", vatOptions.json, "Als JSON ausgeben");
-    auto* vatElsterOption = vat->add_option("--elster", vatElster, "Die Datei für das ELSTER-Programm in diesen Ordner schreiben");
+    auto* vatElsterOption = vat->add_option(
+        "--elster", vatElster, "Die Datei für das ELSTER-Programm in diesen Ordner schreiben");
 
     CLI11_PARSE(app, argc, argv);
 
@@ -138,7 +147,8 @@ int main(int argc, char** argv) {
 #endif
 
     if (*dump) return dumpCommand(dumpPath);
-    if (*load) return loadCommand(loadJsonPath == "-" ? "/dev/stdin" : loadJsonPath, loadArchivePath);
+    if (*load)
+        return loadCommand(loadJsonPath == "-" ? "/dev/stdin" : loadJsonPath, loadArchivePath);
     if (*run) return zifora::program::runScriptFile(scriptPath, std::cout, pdfRenderer);
     if (*demo) return demoCommand(demoHome);
     if (*journal) {

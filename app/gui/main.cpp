@@ -39,7 +39,8 @@ int main(int argc, char** argv) {
     // the pictures, and it runs beside a Zifora that may be open.
     const QString file;
 #else
-    QString file = argc > 1 ? QFileInfo(QString::fromLocal8Bit(argv[1])).absoluteFilePath() : QString();
+    QString file =
+        argc > 1 ? QFileInfo(QString::fromLocal8Bit(argv[1])).absoluteFilePath() : QString();
     if (zifora::gui::SingleInstance::sendToRunning(file.isEmpty() ? QStringLiteral("show") : file))
         return 0;
 #endif
@@ -63,7 +64,8 @@ int main(int argc, char** argv) {
     // Before the main window, whose menus offer the commands registered here.
     gui::PreferencesController preferences(app);
     for (const std::string& name : gui::PreferencesController::windowNames())
-        ui.addWindow(name, [&preferences, name](bool show) { preferences.showWindowNamed(name, show); });
+        ui.addWindow(name,
+                     [&preferences, name](bool show) { preferences.showWindowNamed(name, show); });
     gui::MainWindow window(app);
     // The panes write some records directly; they tell the book, whose observers follow.
     preferences.setAfterChange([&app] { app.book().changed(core::Change::Records); });
@@ -94,8 +96,9 @@ int main(int argc, char** argv) {
         app.run("application:openFile:", sender);
     };
 #ifdef ZIFORA_SCREENSHOTS
-    gui::ScreenshotRun screenshots(app, ui, window, argc > 1 ? QString::fromLocal8Bit(argv[1])
-                                                             : QStringLiteral("screenshots"));
+    gui::ScreenshotRun screenshots(app, ui, window,
+                                   argc > 1 ? QString::fromLocal8Bit(argv[1])
+                                            : QStringLiteral("screenshots"));
 #else
     gui::SingleInstance instance;
     instance.listen([&](const QString& message) {

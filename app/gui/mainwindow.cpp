@@ -111,8 +111,10 @@ MainWindow::MainWindow(shell::Session& app, QWidget* parent)
     // in the middle of a step waits for the loop's next turn.
     m_app.book().observe([self = QPointer<MainWindow>(this)](core::Change what) {
         if (!self) return;
-        if (what == core::Change::Selection) self->scheduleUpdate();
-        else self->followBook();
+        if (what == core::Change::Selection)
+            self->scheduleUpdate();
+        else
+            self->followBook();
     });
     refresh();
 }

@@ -10,10 +10,9 @@ namespace zifora::gui {
 
 namespace {
 
-constexpr shell::Menu kMenus[] = {shell::Menu::File,       shell::Menu::Books,
-                                  shell::Menu::Items,      shell::Menu::MasterData,
-                                  shell::Menu::Clients,    shell::Menu::Places,
-                                  shell::Menu::Database,   shell::Menu::Help};
+constexpr shell::Menu kMenus[] = {
+    shell::Menu::File,    shell::Menu::Books,  shell::Menu::Items,    shell::Menu::MasterData,
+    shell::Menu::Clients, shell::Menu::Places, shell::Menu::Database, shell::Menu::Help};
 
 } // namespace
 
@@ -26,8 +25,8 @@ void buildMenus(QMenuBar& bar, shell::Session& session) {
     for (shell::Menu menu : kMenus) {
         const auto entries = session.commands().menuEntries(menu);
         if (entries.empty()) continue;
-        QMenu* qmenu = bar.addMenu(QString::fromUtf8(shell::menuTitle(menu).data(),
-                                                     static_cast<int>(shell::menuTitle(menu).size())));
+        QMenu* qmenu = bar.addMenu(QString::fromUtf8(
+            shell::menuTitle(menu).data(), static_cast<int>(shell::menuTitle(menu).size())));
         for (const shell::CommandInfo* info : entries) {
             QAction* action = qmenu->addAction(QString::fromStdString(info->label));
             if (!info->shortcut.empty())

@@ -62,8 +62,8 @@ class RecordListModel final : public QAbstractTableModel {
     /// Lets rows be dragged out of this list (as `listName`: "items", "periods", "years",
     /// "clients", "accounts", "groups", "templates") and rows of the lists in `acceptedFrom`
     /// be dropped onto it. `afterDrop` runs once the program has taken a drop.
-    void enableRowDrags(shell::Session& app, std::string listName, std::set<std::string> acceptedFrom,
-                        std::function<void()> afterDrop);
+    void enableRowDrags(shell::Session& app, std::string listName,
+                        std::set<std::string> acceptedFrom, std::function<void()> afterDrop);
     [[nodiscard]] const std::string& listName() const { return m_listName; }
 
     QStringList mimeTypes() const override;

@@ -65,10 +65,11 @@ static std::string sampleJournal() {
         "<table style=\"font-size:9px\" width=575 border=1\" cellspacing=1 cellpadding=2><tr>"
         "<td><b>Datum</b></td><td><b>Beleg</b></td><td><b>Titel</b></td><td><b>Kategorie</b></td>"
         "<td><b>Netto</b></td><td><b>Steuer</b></td><td><b>Brutto</b></td></tr>";
-    const char* titles[] = {"Honorar Webseite", "Büromaterial", "Bahnfahrt Köln", "Software-Abo",
-                            "Honorar Beratung", "Fachbuch", "Telefon und Internet", "Porto"};
-    const char* categories[] = {"Erlöse", "Bürobedarf", "Reisekosten", "EDV", "Erlöse",
-                                "Fachliteratur", "Telekommunikation", "Porto"};
+    const char* titles[] = {
+        "Honorar Webseite", "Büromaterial", "Bahnfahrt Köln",       "Software-Abo",
+        "Honorar Beratung", "Fachbuch",     "Telefon und Internet", "Porto"};
+    const char* categories[] = {"Erlöse", "Bürobedarf",    "Reisekosten",       "EDV",
+                                "Erlöse", "Fachliteratur", "Telekommunikation", "Porto"};
     for (int i = 0; i < 24; ++i) {
         char row[512];
         const double gross = 11.9 * (i * 7 % 23 + 1) * (i % 4 == 0 ? 10 : 1);
@@ -131,7 +132,8 @@ std::vector<Shot> plannedShots() {
                      }),
         Shot::window(QStringLiteral("vorschau-bericht.png"), "preview",
                      [](ShotContext& c) {
-                         c.previewReport(sampleJournal(), "Muster GmbH · Abrechnung März 2025 · Seite ",
+                         c.previewReport(sampleJournal(),
+                                         "Muster GmbH · Abrechnung März 2025 · Seite ",
                                          "Vorschau - Abrechnung");
                      }),
         Shot::alert(QStringLiteral("hinweis-datenbank-geoeffnet.png"),

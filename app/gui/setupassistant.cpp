@@ -77,8 +77,8 @@ SetupAssistant::SetupAssistant(shell::Session& app, std::function<void()> afterC
     : FormSheet(mainWindow), m_app(app),
       m_afterChange(std::move(afterChange)), m_context{app,
                                                        [this](const std::string& command, int tag) {
-                                                           m_app.run(
-                                                               command, shell::CommandSender{tag});
+                                                           m_app.run(command,
+                                                                     shell::CommandSender{tag});
                                                            m_context.changed();
                                                        },
                                                        [this] {

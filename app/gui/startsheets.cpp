@@ -196,7 +196,8 @@ QPushButton* TextSheet::button(const std::string& command) const {
 // ---------------------------------------------------------------------------------------
 // The windows of the start
 
-StartSheets::StartSheets(shell::Session& app, QWidget* mainWindow, std::function<void()> refreshMain)
+StartSheets::StartSheets(shell::Session& app, QWidget* mainWindow,
+                         std::function<void()> refreshMain)
     : m_app(app), m_refreshMain(std::move(refreshMain)), m_main(mainWindow),
       m_controls(app.settings()) {
     const TextSheet::Run run = [this](const std::string& command) { this->run(command); };

@@ -68,7 +68,8 @@ core::RecordList accountsOfChart(const Value& root) {
 
 } // namespace
 
-ChartController::ChartController(shell::Session& session, std::optional<std::filesystem::path> chartsFolder)
+ChartController::ChartController(shell::Session& session,
+                                 std::optional<std::filesystem::path> chartsFolder)
     : m_session(session), m_chartsFolder(std::move(chartsFolder)) {
     shell::CommandCatalog& c = session.commands();
     auto add = [&](CommandInfo command, core::BuiltInChart chart, bool ask) {
@@ -86,7 +87,9 @@ ChartController::ChartController(shell::Session& session, std::optional<std::fil
     add(menuCommand("loadMinimalAccounts:", "Kontenrahmen &minimal laden …", Menu::MasterData, 100),
         core::BuiltInChart::Minimal, true);
     add(internalStep("loadMinimalAccountsSetup:"), core::BuiltInChart::Minimal, false);
-    c.add(shell::menuCommand("exportAccountsCSV:", "&Konten als CSV exportieren …", shell::Menu::File, 40), [this](const CommandSender&) { exportAccountsCSV(); });
+    c.add(shell::menuCommand("exportAccountsCSV:", "&Konten als CSV exportieren …",
+                             shell::Menu::File, 40),
+          [this](const CommandSender&) { exportAccountsCSV(); });
 }
 
 bool ChartController::confirmLoad(core::BuiltInChart chart) {

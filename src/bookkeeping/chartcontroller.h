@@ -2,9 +2,9 @@
 // The chart of accounts of the current client: loading one of the built-in charts in place
 // of the accounts, and the export of the accounts as a CSV list.
 
-#include "shell/feature.h"
-#include "core/record.h"
 #include "core/chartfiles.h"
+#include "core/record.h"
+#include "shell/feature.h"
 
 #include <filesystem>
 #include <optional>
@@ -16,7 +16,6 @@ class Session;
 }
 
 namespace zifora::bookkeeping {
-
 
 class ChartController final : public shell::Feature {
   public:

@@ -35,12 +35,13 @@ void ClientController::clientFieldChanged(const std::string& name, const Value& 
     Record* client = m_session.selection().currentClient();
     if (!client || value.isAbsent()) return;
     const std::string key = name.substr(kClientFormPrefix.size());
-    static constexpr std::string_view kTextKeys[] = {
-        "company", "taxNumber", "elsterNumber", "datevConsultantNumber", "datevClientNumber"};
+    static constexpr std::string_view kTextKeys[] = {"company", "taxNumber", "elsterNumber",
+                                                     "datevConsultantNumber", "datevClientNumber"};
     if (key == "taxationKind") {
         const int number = value.toInt();
         bool known = false;
-        for (const TaxationKind& kind : kTaxationKinds) known = known || kind.number == number;
+        for (const TaxationKind& kind : kTaxationKinds)
+            known = known || kind.number == number;
         if (!known) return;
         client->set(key, Value::intValue(number));
     } else if (std::find(std::begin(kTextKeys), std::end(kTextKeys), key) != std::end(kTextKeys)) {
@@ -92,8 +93,10 @@ void ClientController::setCurrentClientToPrefs() {
     core::Settings& settings = m_session.settings();
     for (const auto& [key, setting] : mirror) {
         Value v = client->get(key);
-        if (v.isAbsent()) settings.remove(setting);
-        else settings.set(setting, v);
+        if (v.isAbsent())
+            settings.remove(setting);
+        else
+            settings.set(setting, v);
     }
     m_session.flushSettings();
 }
@@ -106,8 +109,11 @@ void ClientController::createClient() {
 }
 
 void ClientController::deleteClient() {
-    shell::AlertRequest request{"Benutzer Löschen", kDeleteClientText, {"Löschen", "Abbrechen"},
-                                shell::AlertStyle::Warning, "preferences"};
+    shell::AlertRequest request{"Benutzer Löschen",
+                                kDeleteClientText,
+                                {"Löschen", "Abbrechen"},
+                                shell::AlertStyle::Warning,
+                                "preferences"};
     if (m_session.services().ui.alert(request) != 1) return;
     auto index = m_session.selection().clients.selectionIndex();
     if (!index) return;

@@ -10,7 +10,7 @@
 namespace zifora::core {
 class Record;
 class Value;
-}
+} // namespace zifora::core
 namespace zifora::shell {
 class Session;
 }

@@ -37,7 +37,8 @@ void showUnreadableDatabase(shell::Session& session, const std::string& path,
             "“ konnte nicht gelesen werden: Die Datei ist beschädigt oder keine "
             "Zifora-Datenbank. Damit sie unverändert bleibt, speichert Zifora bis zum nächsten "
             "Start nichts. Bitte prüfe die Datei oder spiele ein Backup ein.\n\n"
-            "Technische Angabe: " + cause,
+            "Technische Angabe: " +
+            cause,
         {"OK"},
         AlertStyle::Critical,
         {}});
@@ -106,7 +107,8 @@ void DatabaseController::reportSaveFailure(const std::string& path, const std::s
         "Zifora konnte deine Daten nicht in „" + path +
             "“ sichern. Die Datei auf der Festplatte ist unverändert; deine Eingaben sind "
             "noch im Programm. Zifora versucht es beim nächsten Sichern wieder. Bitte sorge "
-            "für Platz und Schreibrechte an diesem Ort.\n\nTechnische Angabe: " + cause,
+            "für Platz und Schreibrechte an diesem Ort.\n\nTechnische Angabe: " +
+            cause,
         {"OK"},
         AlertStyle::Critical,
         {}});
@@ -122,7 +124,8 @@ void DatabaseController::reportUnsyncedSave(const std::string& path, const std::
         "Zifora hat deine Daten in „" + path +
             "“ gesichert, aber der Ordner ließ sich nicht auf den Datenträger schreiben. Stürzt "
             "der Rechner jetzt ab, kann die letzte Sicherung fehlen. Zifora versucht es beim "
-            "nächsten Sichern wieder.\n\nTechnische Angabe: " + cause,
+            "nächsten Sichern wieder.\n\nTechnische Angabe: " +
+            cause,
         {"OK"},
         AlertStyle::Critical,
         {}});

@@ -10,7 +10,6 @@ class Session;
 
 namespace zifora::bookkeeping {
 
-
 /// The whole warning text, all capitals, with its line breaks.
 extern const std::string_view kDatevHintText;
 

@@ -1,8 +1,8 @@
 #include "bookkeeping/guicontroller.h"
 
+#include "core/resourcefolders.h"
 #include "shell/events.h"
 #include "shell/session.h"
-#include "core/resourcefolders.h"
 
 namespace zifora::bookkeeping {
 
@@ -31,7 +31,6 @@ GUIController::GUIController(shell::Session& session, std::optional<fs::path> he
     registerHelpSheets();
 }
 
-
 void GUIController::registerCommands() {
     shell::CommandCatalog& c = m_session.commands();
     Ui* ui = &m_session.services().ui;
@@ -59,11 +58,15 @@ void GUIController::registerCommands() {
         m_session.settings().setBool("isWelcomeerShown", true);
         m_session.services().ui.hideWindow("newsletter");
     });
-    c.add(shell::menuCommand("selectAssi:", "&Einrichtungsassistent …", shell::Menu::Help, 40), [this](const CommandSender&) { selectAssi(); });
+    c.add(shell::menuCommand("selectAssi:", "&Einrichtungsassistent …", shell::Menu::Help, 40),
+          [this](const CommandSender&) { selectAssi(); });
     c.add("finishAssi:", [this](const CommandSender&) { finishAssi(); });
     hide("cancelAssi:", "assistant");
-    c.add(shell::menuCommand("toggleHelp:", "Hilfe zum &Hauptfenster", shell::Menu::Help, 20, "Shift+F1"), [this](const CommandSender&) { openHelpPage(kMainWindowHelp); });
-    c.add(shell::menuCommand("toggleDocs:", "&Zifora-Hilfe", shell::Menu::Help, 10, "F1"), [this](const CommandSender&) { openHelpPage(kHelpIndex); });
+    c.add(shell::menuCommand("toggleHelp:", "Hilfe zum &Hauptfenster", shell::Menu::Help, 20,
+                             "Shift+F1"),
+          [this](const CommandSender&) { openHelpPage(kMainWindowHelp); });
+    c.add(shell::menuCommand("toggleDocs:", "&Zifora-Hilfe", shell::Menu::Help, 10, "F1"),
+          [this](const CommandSender&) { openHelpPage(kHelpIndex); });
     c.add("showSearchPopover:", [this](const CommandSender&) { showSearchPopover(); });
     c.add("showMultiPopOver:",
           [this](const CommandSender& sender) { return showMultiPopOver(sender.tag); });
@@ -115,29 +118,47 @@ void GUIController::showSearchPopover() {
 
 std::string_view multiPopOverView(int tag) {
     switch (tag) {
-    case 1: return "itemDate";
-    case 2: return "calculator";
-    case 3: return "accounts";
-    case 4: return "categories";
-    case 5: return "templates";
-    case 6: return "itemSettings";
-    case 7: return "itemHelp";
-    case 8: return "voranmeldungSettings";
-    case 9: return "voranmeldungHelp";
-    case 10: return "voranmeldungComment";
-    case 11: return "yearHelp";
-    case 12: return "yearComment";
-    case 13: return "periodHelp";
-    case 14: return "periodComment";
-    case 47: return "itemDatev";
-    case 99: return "openTaxes";
-    default: return "";
+    case 1:
+        return "itemDate";
+    case 2:
+        return "calculator";
+    case 3:
+        return "accounts";
+    case 4:
+        return "categories";
+    case 5:
+        return "templates";
+    case 6:
+        return "itemSettings";
+    case 7:
+        return "itemHelp";
+    case 8:
+        return "voranmeldungSettings";
+    case 9:
+        return "voranmeldungHelp";
+    case 10:
+        return "voranmeldungComment";
+    case 11:
+        return "yearHelp";
+    case 12:
+        return "yearComment";
+    case 13:
+        return "periodHelp";
+    case 14:
+        return "periodComment";
+    case 47:
+        return "itemDatev";
+    case 99:
+        return "openTaxes";
+    default:
+        return "";
     }
 }
 
 CommandResult GUIController::showMultiPopOver(int tag) {
     const std::string_view view = multiPopOverView(tag);
-    if (view.empty()) return CommandResult::refused("Keine Ansicht zur Marke " + std::to_string(tag));
+    if (view.empty())
+        return CommandResult::refused("Keine Ansicht zur Marke " + std::to_string(tag));
     m_session.fields().set("multiPopoverView", core::Value::string(view));
     m_session.events().publish(MultiPopOverShown{tag});
     m_session.services().ui.showWindow("multiPopover");

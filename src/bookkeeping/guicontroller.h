@@ -17,7 +17,6 @@ class Session;
 
 namespace zifora::bookkeeping {
 
-
 /// The address of a page of the product site; `path` begins with a slash ("/support/").
 [[nodiscard]] std::string productPage(std::string_view path);
 

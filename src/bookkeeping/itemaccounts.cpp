@@ -1,7 +1,7 @@
 // The item form's account entries and the search popovers of categories and accounts.
 
-#include "shell/session.h"
 #include "bookkeeping/itemcontroller.h"
+#include "shell/session.h"
 
 namespace zifora::bookkeeping {
 

@@ -31,11 +31,15 @@ ItemController::ItemController(shell::Session& session) : m_session(session), m_
 
 void ItemController::registerCommands() {
     shell::CommandCatalog& c = m_session.commands();
-    c.add(shell::menuCommand("addItem:", "&Neuer Posten", shell::Menu::Items, 10, "Ctrl+N"), [this](const CommandSender&) { return addItem(); });
+    c.add(shell::menuCommand("addItem:", "&Neuer Posten", shell::Menu::Items, 10, "Ctrl+N"),
+          [this](const CommandSender&) { return addItem(); });
     c.add("closeItemSheet:", [this](const CommandSender&) { return closeItemSheet(); });
     c.add("cancelItemSheet:", [this](const CommandSender&) { return cancelItemSheet(); });
-    c.add(shell::menuCommand("editItem:", "Posten &bearbeiten", shell::Menu::Items, 20, "Ctrl+E"), [this](const CommandSender&) { return editItem(); });
-    c.add(shell::menuCommand("duplicateItem:", "Posten &duplizieren", shell::Menu::Items, 30, "Ctrl+D"), [this](const CommandSender&) { return duplicateItem(); });
+    c.add(shell::menuCommand("editItem:", "Posten &bearbeiten", shell::Menu::Items, 20, "Ctrl+E"),
+          [this](const CommandSender&) { return editItem(); });
+    c.add(shell::menuCommand("duplicateItem:", "Posten &duplizieren", shell::Menu::Items, 30,
+                             "Ctrl+D"),
+          [this](const CommandSender&) { return duplicateItem(); });
     c.add("selectExpense:", [this](const CommandSender&) { selectExpense(); });
     c.add("selectIncome:", [this](const CommandSender&) { selectIncome(); });
     c.add("setTaxAutomatically:", [this](const CommandSender&) { setTaxAutomatically(); });
@@ -46,8 +50,12 @@ void ItemController::registerCommands() {
     c.add("selectGroupSearchSheet:", [this](const CommandSender&) { selectGroupSearchSheet(); });
     c.add("selectAccountSearchSheet:",
           [this](const CommandSender&) { selectAccountSearchSheet(); });
-    c.add(shell::menuCommand("selectNext:", "Nächs&ter Posten", shell::Menu::Items, 70, "Ctrl+Down"), [this](const CommandSender&) { selectNext(); });
-    c.add(shell::menuCommand("selectPrevious:", "&Vorheriger Posten", shell::Menu::Items, 60, "Ctrl+Up"), [this](const CommandSender&) { selectPrevious(); });
+    c.add(
+        shell::menuCommand("selectNext:", "Nächs&ter Posten", shell::Menu::Items, 70, "Ctrl+Down"),
+        [this](const CommandSender&) { selectNext(); });
+    c.add(shell::menuCommand("selectPrevious:", "&Vorheriger Posten", shell::Menu::Items, 60,
+                             "Ctrl+Up"),
+          [this](const CommandSender&) { selectPrevious(); });
     // The date of today is the open item form's (its date panel and Ctrl+T): from the main
     // window it would re-date the selected item without a word.
     c.add("setToday:", [this](const CommandSender&) { setToday(); });
@@ -84,7 +92,8 @@ CommandResult ItemController::addNextItem() {
 
 CommandResult ItemController::startNewItem() {
     m_form.showText("accountField", "");
-    m_form.show("templateButtonEnabled", Value::boolean(m_session.selection().templates.count() > 0));
+    m_form.show("templateButtonEnabled",
+                Value::boolean(m_session.selection().templates.count() > 0));
     showButton("newButton", true);
     // During the first steps the first item can't be cancelled.
     m_cancelOffered = settings().getBool("firstStepsDone");

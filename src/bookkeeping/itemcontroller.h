@@ -3,9 +3,9 @@
 // stand between the form and a finished item, copies, the account entries and search
 // popovers, stepping through the list, and the calculation of the amounts as the form runs it.
 
+#include "bookkeeping/itemform.h"
 #include "shell/commandcatalog.h"
 #include "shell/feature.h"
-#include "bookkeeping/itemform.h"
 
 namespace zifora::core {
 class Settings;
@@ -16,7 +16,6 @@ class Session;
 }
 
 namespace zifora::bookkeeping {
-
 
 class ItemController final : public shell::Feature {
   public:

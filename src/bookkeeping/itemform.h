@@ -18,7 +18,6 @@ class Session;
 
 namespace zifora::bookkeeping {
 
-
 class ItemForm {
   public:
     explicit ItemForm(shell::Session& session);

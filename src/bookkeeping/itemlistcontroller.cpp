@@ -23,7 +23,9 @@ constexpr const char* kDeleteText =
 } // namespace
 
 ItemListController::ItemListController(shell::Session& session) : m_session(session) {
-    session.commands().add(shell::menuCommand("ArrayControllerItem.remove:", "Posten &löschen …", shell::Menu::Items, 50, "Del"), [this](const CommandSender&) { remove(); });
+    session.commands().add(shell::menuCommand("ArrayControllerItem.remove:", "Posten &löschen …",
+                                              shell::Menu::Items, 50, "Del"),
+                           [this](const CommandSender&) { remove(); });
 }
 
 // The safe button is the default in the question of a marked period, the deleting one in

@@ -5,9 +5,9 @@
 //
 // Command: ArrayControllerItem.remove: (delete the selected item).
 
-#include "shell/feature.h"
-#include "core/record.h"
 #include "bookkeeping/rowdrag.h"
+#include "core/record.h"
+#include "shell/feature.h"
 
 #include <optional>
 #include <string>
@@ -17,7 +17,6 @@ class Session;
 }
 
 namespace zifora::bookkeeping {
-
 
 class ItemListController final : public shell::Feature {
   public:

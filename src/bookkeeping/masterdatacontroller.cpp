@@ -1,7 +1,7 @@
 #include "bookkeeping/masterdatacontroller.h"
 
-#include "shell/session.h"
 #include "bookkeeping/rowmove.h"
+#include "shell/session.h"
 
 namespace zifora::bookkeeping {
 
@@ -38,27 +38,32 @@ MasterDataController::MasterDataController(shell::Session& session) : m_session(
 void MasterDataController::registerCommands() {
     shell::CommandCatalog& c = m_session.commands();
     Selection& s = m_session.selection();
-    c.add(shell::menuCommand("addAccount:", "Neues &Konto", shell::Menu::MasterData, 10), [this, &s](const CommandSender&) {
-        addRow(s.accounts, RecordClass::Account, "preferences.accounts.number");
-    });
+    c.add(shell::menuCommand("addAccount:", "Neues &Konto", shell::Menu::MasterData, 10),
+          [this, &s](const CommandSender&) {
+              addRow(s.accounts, RecordClass::Account, "preferences.accounts.number");
+          });
     c.add("addAccountSetup:", [this, &s](const CommandSender&) {
         addRow(s.accounts, RecordClass::Account, "assistant.accounts.number");
     });
-    c.add(shell::menuCommand("addGroup:", "Neue K&ategorie", shell::Menu::MasterData, 30), [this, &s](const CommandSender&) {
-        addRow(s.groups, RecordClass::Group, "preferences.groups.title");
-    });
+    c.add(shell::menuCommand("addGroup:", "Neue K&ategorie", shell::Menu::MasterData, 30),
+          [this, &s](const CommandSender&) {
+              addRow(s.groups, RecordClass::Group, "preferences.groups.title");
+          });
     c.add("addGroupSetup:", [this, &s](const CommandSender&) {
         addRow(s.groups, RecordClass::Group, "assistant.groups.title");
     });
-    c.add(shell::menuCommand("removeAccount:", "Konto &löschen …", shell::Menu::MasterData, 20), [this, &s](const CommandSender&) {
-        removeSelected(s.accounts, kDeleteAccountTitle, kDeleteAccountText, "preferences");
-    });
-    c.add(shell::menuCommand("removeGroup:", "Kategorie lös&chen …", shell::Menu::MasterData, 40), [this, &s](const CommandSender&) {
-        removeSelected(s.groups, kDeleteGroupTitle, kDeleteGroupText, "preferences");
-    });
-    c.add(shell::menuCommand("removeTemplate:", "V&orlage löschen …", shell::Menu::MasterData, 70), [this, &s](const CommandSender&) {
-        removeSelected(s.templates, kDeleteTemplateTitle, kDeleteTemplateText, "preferences");
-    });
+    c.add(shell::menuCommand("removeAccount:", "Konto &löschen …", shell::Menu::MasterData, 20),
+          [this, &s](const CommandSender&) {
+              removeSelected(s.accounts, kDeleteAccountTitle, kDeleteAccountText, "preferences");
+          });
+    c.add(shell::menuCommand("removeGroup:", "Kategorie lös&chen …", shell::Menu::MasterData, 40),
+          [this, &s](const CommandSender&) {
+              removeSelected(s.groups, kDeleteGroupTitle, kDeleteGroupText, "preferences");
+          });
+    c.add(shell::menuCommand("removeTemplate:", "V&orlage löschen …", shell::Menu::MasterData, 70),
+          [this, &s](const CommandSender&) {
+              removeSelected(s.templates, kDeleteTemplateTitle, kDeleteTemplateText, "preferences");
+          });
 }
 
 void MasterDataController::registerDragHandlers() {

@@ -32,7 +32,9 @@ constexpr const char* kNoOldDatabaseText =
     "Benutzer Einstellung anschließend erneut eingeben musst, da diese schlicht nicht in der "
     "Datenbank gespeichert werden.";
 
-core::ClientIdentity migratedIdentity() { return {"Migrierte Firma", "", "", Value::integer(1)}; }
+core::ClientIdentity migratedIdentity() {
+    return {"Migrierte Firma", "", "", Value::integer(1)};
+}
 
 bool isFile(const std::string& path) {
     std::error_code ec;
@@ -111,9 +113,9 @@ void MigrationController::migrateWithPath(const std::string& path,
 
 void MigrationController::setDelayedSelectionIndex() {
     shell::Selection& selection = m_session.selection();
-    selection.years.setSelectionIndex(
-        selection.years.count() ? std::optional<int64_t>(selection.years.count() - 1)
-                                : std::nullopt);
+    selection.years.setSelectionIndex(selection.years.count()
+                                          ? std::optional<int64_t>(selection.years.count() - 1)
+                                          : std::nullopt);
     selection.propagate(&m_session.book().clients());
     m_session.settings().setBool("isMigration_4.0_done", true);
     m_session.settings().setBool("isSaveAllowed", true);

@@ -57,12 +57,11 @@ OpenedFileKind openedFileKind(std::string_view path) {
 }
 
 OpenFileController::OpenFileController(shell::Session& session) : m_session(session) {
-    m_session.commands().add("application:openFile:",
-                         [this](const CommandSender& sender) {
-                             return applicationOpenFile(sender.path)
-                                        ? CommandResult::done()
-                                        : CommandResult::refused("Die Datei wurde nicht übernommen.");
-                         });
+    m_session.commands().add("application:openFile:", [this](const CommandSender& sender) {
+        return applicationOpenFile(sender.path)
+                   ? CommandResult::done()
+                   : CommandResult::refused("Die Datei wurde nicht übernommen.");
+    });
 }
 
 bool OpenFileController::applicationOpenFile(const std::string& path) {
@@ -94,10 +93,17 @@ bool OpenFileController::takeHandOver(OpenedFileKind kind, const std::string& pa
 void OpenFileController::notifyImport(OpenedFileKind kind) {
     HandOverKind handOver = HandOverKind::GrandTotal;
     switch (kind) {
-    case OpenedFileKind::GrandTotalHandOver: handOver = HandOverKind::GrandTotal; break;
-    case OpenedFileKind::MoneyMoneyHandOver: handOver = HandOverKind::MoneyMoney; break;
-    case OpenedFileKind::BillHandOver: handOver = HandOverKind::Bill; break;
-    case OpenedFileKind::Other: return;
+    case OpenedFileKind::GrandTotalHandOver:
+        handOver = HandOverKind::GrandTotal;
+        break;
+    case OpenedFileKind::MoneyMoneyHandOver:
+        handOver = HandOverKind::MoneyMoney;
+        break;
+    case OpenedFileKind::BillHandOver:
+        handOver = HandOverKind::Bill;
+        break;
+    case OpenedFileKind::Other:
+        return;
     }
     m_session.events().publish(
         HandOverArrived{handOver, m_session.settings().getString("importFilePath")});

@@ -15,7 +15,6 @@ class Session;
 
 namespace zifora::bookkeeping {
 
-
 /// What a file is to the dispatch, by its extension, compared exactly: "x.ZIFPRO" is no
 /// hand-over file.
 enum class OpenedFileKind {
@@ -42,8 +41,8 @@ class OpenFileController final : public shell::Feature {
     ///
     /// A hand-over file before the set-up ("isSetupDone") is refused and changes nothing.
     /// Afterwards "isZifProAction" becomes true and "importFilePath" the path, and the
-    /// import hears of it by a `HandOverArrived` event 1.7 seconds later, time a starting program needs for its
-    /// load; with "prefsUseMultipleAccounts" it runs at once if saving is allowed
+    /// import hears of it by a `HandOverArrived` event 1.7 seconds later, time a starting program
+    /// needs for its load; with "prefsUseMultipleAccounts" it runs at once if saving is allowed
     /// ("isSaveAllowed") and not at all otherwise. An import that is not built yet does
     /// nothing. Any other file clears both settings and is refused; the data stay untouched.
     bool applicationOpenFile(const std::string& path);

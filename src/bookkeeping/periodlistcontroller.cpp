@@ -1,7 +1,7 @@
 #include "bookkeeping/periodlistcontroller.h"
 
-#include "shell/session.h"
 #include "bookkeeping/itemlistcontroller.h"
+#include "shell/session.h"
 
 #include <algorithm>
 

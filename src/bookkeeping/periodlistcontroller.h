@@ -3,15 +3,15 @@
 // into another period by dropping it on that period. Routes the row drags of both the item
 // list and the period list to the list they are dropped on.
 
-#include "shell/feature.h"
 #include "bookkeeping/rowdrag.h"
+#include "shell/feature.h"
 
 #include <optional>
 
 namespace zifora::shell {
 class Session;
 struct DragRequest;
-}
+} // namespace zifora::shell
 
 namespace zifora::bookkeeping {
 

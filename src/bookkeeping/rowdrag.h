@@ -10,8 +10,6 @@
 
 namespace zifora::bookkeeping {
 
-
-
 /// The drag data of a row drag. Each list declares its move and copy types ("MOVED_ROWS_TYPE"
 /// and "COPIED_ROWS_TYPE" for items, the same with "_TAB" for periods) and keeps the
 /// dragged row indexes under the move type; a drag of exactly one row declares the URL type

@@ -20,8 +20,8 @@ enum class DropOperation { Move, Copy };
 /// at `target`, after subtracting from `target` the number of moved rows that stood before
 /// it. Returns the new arranged indexes of the moved records. Rows past the end are
 /// ignored, a target past the end counts as the end; nothing is renumbered.
-std::vector<size_t> moveObjectsInArrangedObjects(shell::ListController& list, std::vector<size_t> rows,
-                                                 size_t target);
+std::vector<size_t> moveObjectsInArrangedObjects(shell::ListController& list,
+                                                 std::vector<size_t> rows, size_t target);
 
 /// Accepts a drop on `list` (always placed above the target row; no row means the end).
 /// A move is carried out and the first moved record becomes the selection: true. A copy

@@ -42,7 +42,9 @@ std::string plainText(float value) {
 
 SplitController::SplitController(shell::Session& session) : m_session(session) {
     shell::CommandCatalog& c = session.commands();
-    c.add(shell::menuCommand("openSplitWindow:", "Posten &aufteilen …", shell::Menu::Items, 40, "Ctrl+Shift+T"), [this](const CommandSender&) { openSplitWindow(); });
+    c.add(shell::menuCommand("openSplitWindow:", "Posten &aufteilen …", shell::Menu::Items, 40,
+                             "Ctrl+Shift+T"),
+          [this](const CommandSender&) { openSplitWindow(); });
     c.add("splitAction:", [this](const CommandSender&) { return splitAction(); });
     c.add("cancelSplitWindow:", [this](const CommandSender&) { cancelSplitWindow(); });
 }

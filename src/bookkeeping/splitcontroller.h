@@ -24,7 +24,6 @@ class Session;
 
 namespace zifora::bookkeeping {
 
-
 class SplitController final : public shell::Feature {
   public:
     [[nodiscard]] std::string_view name() const override { return "Aufteilen"; }
@@ -48,6 +47,5 @@ class SplitController final : public shell::Feature {
     shell::Session& m_session;
 };
 
-} // namespace zifora::bookkeeping#include "shell/commandcatalog.h"
+} // namespace zifora::bookkeeping
 #include "shell/feature.h"
-

@@ -210,11 +210,20 @@ void StartStopController::applicationDidUpdate() {
     std::string image;
     if (!s.getBool("firstStepsDone")) {
         switch (s.getInteger("jaImage")) {
-        case 2: image = "ja2"; break;
-        case 3: image = "ja3"; break;
-        case 4: image = "ja4"; break;
-        case 5: break;
-        default: image = "ja1"; break;
+        case 2:
+            image = "ja2";
+            break;
+        case 3:
+            image = "ja3";
+            break;
+        case 4:
+            image = "ja4";
+            break;
+        case 5:
+            break;
+        default:
+            image = "ja1";
+            break;
         }
     }
     // The period's signed sum, added up as the books keep it: in 32-bit floats.

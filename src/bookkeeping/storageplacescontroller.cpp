@@ -28,12 +28,12 @@ StoragePlacesController::StoragePlacesController(shell::Session& session) : m_se
 
 void StoragePlacesController::registerCommands() {
     shell::CommandCatalog& c = m_session.commands();
-    c.add(shell::menuCommand("setLibraryPath:", "Speicherort der &Datenbank …",
-                             shell::Menu::Places, 10),
+    c.add(shell::menuCommand("setLibraryPath:", "Speicherort der &Datenbank …", shell::Menu::Places,
+                             10),
           [this](const CommandSender&) { return setLibraryPath(); });
-    c.add(shell::menuCommand("setBackupPath:", "Speicherort der &Backups …", shell::Menu::Places,
-                             20),
-          [this](const CommandSender&) { return setBackupPath(); });
+    c.add(
+        shell::menuCommand("setBackupPath:", "Speicherort der &Backups …", shell::Menu::Places, 20),
+        [this](const CommandSender&) { return setBackupPath(); });
     c.add(shell::menuCommand("setDocumentsPath:", "Speicherort der D&okumente …",
                              shell::Menu::Places, 30),
           [this](const CommandSender&) { return setDocumentsPath(); });

@@ -14,8 +14,11 @@ using core::Value;
 
 TemplateController::TemplateController(shell::Session& session) : m_session(session) {
     shell::CommandCatalog& c = m_session.commands();
-    c.add(shell::menuCommand("addTemplate:", "Neue &Vorlage", shell::Menu::MasterData, 50), [this](const CommandSender&) { addTemplate(); });
-    c.add(shell::menuCommand("makeTemplateFromItem:", "Vorlage aus &Posten erstellen", shell::Menu::MasterData, 60), [this](const CommandSender&) { makeTemplateFromItem(); });
+    c.add(shell::menuCommand("addTemplate:", "Neue &Vorlage", shell::Menu::MasterData, 50),
+          [this](const CommandSender&) { addTemplate(); });
+    c.add(shell::menuCommand("makeTemplateFromItem:", "Vorlage aus &Posten erstellen",
+                             shell::Menu::MasterData, 60),
+          [this](const CommandSender&) { makeTemplateFromItem(); });
     c.add("selectTemplateSearchSheet:",
           [this](const CommandSender&) { selectTemplateSearchSheet(); });
     m_session.fields().observe([this](const std::string& name, const Value& value) {
@@ -122,7 +125,7 @@ void TemplateController::startEditingNewTemplate() {
     templates.rearrange();
     const auto row = templates.selectionIndex();
     m_session.fields().set("templateTableEditingRow",
-                       row ? Value::integer(static_cast<int64_t>(*row)) : Value{});
+                           row ? Value::integer(static_cast<int64_t>(*row)) : Value{});
 }
 
 void TemplateController::selectTemplateSearchSheet() {
@@ -134,7 +137,8 @@ void TemplateController::selectTemplateSearchSheet() {
         m_session.services().ui.beep();
         return;
     }
-    posting::stampNewItem(*item, selection.currentPeriod(), selection.currentYear(), m_session.now());
+    posting::stampNewItem(*item, selection.currentPeriod(), selection.currentYear(),
+                          m_session.now());
     // Whatever the item held in these keys is overwritten without a question.
     posting::copyTemplateKeys(*chosen, *item);
     m_session.fields().set("accountField", Value::string(item->getText("accountNumber")));

@@ -10,7 +10,7 @@
 namespace zifora::core {
 class Record;
 class Value;
-}
+} // namespace zifora::core
 namespace zifora::shell {
 class Session;
 }
@@ -28,7 +28,6 @@ inline constexpr const char* kTemplateTableRefused = "templateTable.refused";
 
 /// The title of an account in the template's account chooser: number and title.
 [[nodiscard]] std::string accountChoiceTitle(const std::string& number, const std::string& title);
-
 
 class TemplateController final : public shell::Feature {
   public:
@@ -56,4 +55,3 @@ class TemplateController final : public shell::Feature {
 };
 
 } // namespace zifora::bookkeeping
-

@@ -1,10 +1,10 @@
 #include "bookkeeping/totalscontroller.h"
 
+#include "bookkeeping/datevhint.h"
 #include "core/record.h"
 #include "posting/numberformat.h"
 #include "shell/events.h"
 #include "shell/session.h"
-#include "bookkeeping/datevhint.h"
 
 #include <string>
 
@@ -35,8 +35,12 @@ void TotalsController::registerCommands() {
     shell::CommandCatalog& c = m_session.commands();
     c.add("calculateTab:", [this](const CommandSender&) { calculateTabVoid(); });
     c.add("calculateTabVoid", [this](const CommandSender&) { calculateTabVoid(); });
-    c.add(shell::menuCommand("infoWindowVoid", "&Summen der Abrechnung berechnen", shell::Menu::Books, 70), [this](const CommandSender&) { infoWindowVoid(); });
-    c.add(shell::menuCommand("changeAlLCalculates:", "Alle Posten &neu berechnen …", shell::Menu::Books, 80), [this](const CommandSender&) { changeAlLCalculates(); });
+    c.add(shell::menuCommand("infoWindowVoid", "&Summen der Abrechnung berechnen",
+                             shell::Menu::Books, 70),
+          [this](const CommandSender&) { infoWindowVoid(); });
+    c.add(shell::menuCommand("changeAlLCalculates:", "Alle Posten &neu berechnen …",
+                             shell::Menu::Books, 80),
+          [this](const CommandSender&) { changeAlLCalculates(); });
 }
 
 void TotalsController::calculateTabVoid() {

@@ -2,16 +2,14 @@
 // The settlement totals of the selected period: the figures of the advance-return form, their
 // "tab-" mirrors in the settings, and the period's balance as typed by hand.
 
-#include "shell/feature.h"
 #include "posting/settlementtotals.h"
-
+#include "shell/feature.h"
 
 namespace zifora::shell {
 class Session;
 }
 
 namespace zifora::bookkeeping {
-
 
 class TotalsController final : public shell::Feature {
   public:

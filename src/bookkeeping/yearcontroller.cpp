@@ -45,19 +45,27 @@ YearController::YearController(shell::Session& session)
              "Diese Aktion kann nicht rückgängig gemacht werden. Möchtest du wirklich die "
              "ausgewählte Abrechnung löschen?"} {
     registerCommands();
-    m_session.fields().observe([this](const std::string& name, const Value&) { fieldChanged(name); });
+    m_session.fields().observe(
+        [this](const std::string& name, const Value&) { fieldChanged(name); });
 }
 
 void YearController::registerCommands() {
     shell::CommandCatalog& c = m_session.commands();
-    c.add(shell::menuCommand("addYear:", "Neues &Jahr", shell::Menu::Books, 10, "Ctrl+Shift+J"), [this](const CommandSender&) { return addYear(); });
+    c.add(shell::menuCommand("addYear:", "Neues &Jahr", shell::Menu::Books, 10, "Ctrl+Shift+J"),
+          [this](const CommandSender&) { return addYear(); });
     c.add("closeYear:", [this](const CommandSender&) { return closeYear(); });
-    c.add(shell::menuCommand("editYear:", "Jahr &bearbeiten …", shell::Menu::Books, 20), [this](const CommandSender&) { return editYear(); });
-    c.add(shell::menuCommand("deleteYear:", "Jahr &löschen …", shell::Menu::Books, 30), [this](const CommandSender&) { return deleteYear(); });
-    c.add(shell::menuCommand("addList:", "Neue &Abrechnung", shell::Menu::Books, 40, "Ctrl+Shift+A"), [this](const CommandSender&) { return addList(); });
+    c.add(shell::menuCommand("editYear:", "Jahr &bearbeiten …", shell::Menu::Books, 20),
+          [this](const CommandSender&) { return editYear(); });
+    c.add(shell::menuCommand("deleteYear:", "Jahr &löschen …", shell::Menu::Books, 30),
+          [this](const CommandSender&) { return deleteYear(); });
+    c.add(
+        shell::menuCommand("addList:", "Neue &Abrechnung", shell::Menu::Books, 40, "Ctrl+Shift+A"),
+        [this](const CommandSender&) { return addList(); });
     c.add("closeList:", [this](const CommandSender&) { return closeList(); });
-    c.add(shell::menuCommand("editList:", "Abrechnung bea&rbeiten …", shell::Menu::Books, 50), [this](const CommandSender&) { return editList(); });
-    c.add(shell::menuCommand("deleteList:", "Abrechnung lös&chen …", shell::Menu::Books, 60), [this](const CommandSender&) { return deleteList(); });
+    c.add(shell::menuCommand("editList:", "Abrechnung bea&rbeiten …", shell::Menu::Books, 50),
+          [this](const CommandSender&) { return editList(); });
+    c.add(shell::menuCommand("deleteList:", "Abrechnung lös&chen …", shell::Menu::Books, 60),
+          [this](const CommandSender&) { return deleteList(); });
 }
 
 ListController& YearController::listOf(const Form& form) {

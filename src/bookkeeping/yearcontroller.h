@@ -2,9 +2,9 @@
 // Years and settlement periods: adding, editing, closing and deleting them, and the two
 // forms whose choosers name them.
 
+#include "core/value.h"
 #include "shell/commandcatalog.h"
 #include "shell/feature.h"
-#include "core/value.h"
 
 #include <string>
 #include <string_view>
@@ -17,10 +17,9 @@ class Record;
 namespace zifora::shell {
 class Session;
 class ListController;
-}
+} // namespace zifora::shell
 
 namespace zifora::bookkeeping {
-
 
 /// The year form ("yearWindow", chooser "yearPopUp", "yearCommentField") and the period form
 /// ("listWindow", chooser "listPopUp", "listCommentField"). A chooser writes its title into

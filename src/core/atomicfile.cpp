@@ -3,11 +3,11 @@
 #include <cstdio>
 
 #include <algorithm>
-#include <limits>
-#include <optional>
 #include <atomic>
 #include <cerrno>
 #include <chrono>
+#include <limits>
+#include <optional>
 #include <system_error>
 #include <utility>
 

@@ -16,7 +16,8 @@ uint64_t readBigEndian(std::string_view bytes, uint64_t pos, unsigned width) {
     // The widths a file uses, read whole; the loop serves any other.
     const char* at = bytes.data() + pos;
     switch (width) {
-    case 1: return static_cast<unsigned char>(*at);
+    case 1:
+        return static_cast<unsigned char>(*at);
     case 2: {
         uint16_t v;
         std::memcpy(&v, at, 2);
@@ -32,7 +33,8 @@ uint64_t readBigEndian(std::string_view bytes, uint64_t pos, unsigned width) {
         std::memcpy(&v, at, 8);
         return std::endian::native == std::endian::little ? __builtin_bswap64(v) : v;
     }
-    default: break;
+    default:
+        break;
     }
     uint64_t v = 0;
     for (unsigned i = 0; i < width; ++i)
@@ -41,7 +43,8 @@ uint64_t readBigEndian(std::string_view bytes, uint64_t pos, unsigned width) {
 }
 
 void appendBigEndian(std::string& out, uint64_t v, unsigned width) {
-    for (unsigned i = width; i > 0; --i) out += static_cast<char>((v >> (8 * (i - 1))) & 0xFF);
+    for (unsigned i = width; i > 0; --i)
+        out += static_cast<char>((v >> (8 * (i - 1))) & 0xFF);
 }
 
 unsigned widthFor(uint64_t maxValue) {
@@ -99,8 +102,8 @@ Result<uint64_t> BinaryPlistReader::offsetOf(uint64_t index) const {
                                      ", but there are " + std::to_string(m_count)));
     uint64_t off = readBigEndian(m_bytes, m_tableOffset + index * m_offsetSize, m_offsetSize);
     if (off < kHeaderSize || off >= m_tableOffset)
-        return std::unexpected(error("object " + std::to_string(index) +
-                                     " lies outside the object table"));
+        return std::unexpected(
+            error("object " + std::to_string(index) + " lies outside the object table"));
     return off;
 }
 
@@ -125,18 +128,29 @@ Result<PlistType> BinaryPlistReader::typeOf(uint64_t index) const {
     if (!off) return std::unexpected(off.error());
     auto marker = static_cast<uint8_t>(m_bytes[*off]);
     switch (marker >> 4) {
-    case 0x0: return marker == 0x08 || marker == 0x09 ? PlistType::Bool : PlistType::Null;
-    case 0x1: return PlistType::Integer;
-    case 0x2: return (marker & 0x0F) == 2 ? PlistType::Real32 : PlistType::Real64;
-    case 0x3: return PlistType::Date;
-    case 0x4: return PlistType::Data;
+    case 0x0:
+        return marker == 0x08 || marker == 0x09 ? PlistType::Bool : PlistType::Null;
+    case 0x1:
+        return PlistType::Integer;
+    case 0x2:
+        return (marker & 0x0F) == 2 ? PlistType::Real32 : PlistType::Real64;
+    case 0x3:
+        return PlistType::Date;
+    case 0x4:
+        return PlistType::Data;
     case 0x5:
-    case 0x6: return PlistType::String;
-    case 0x8: return PlistType::Uid;
-    case 0xA: return PlistType::Array;
-    case 0xC: return PlistType::Set;
-    case 0xD: return PlistType::Dict;
-    default: break;
+    case 0x6:
+        return PlistType::String;
+    case 0x8:
+        return PlistType::Uid;
+    case 0xA:
+        return PlistType::Array;
+    case 0xC:
+        return PlistType::Set;
+    case 0xD:
+        return PlistType::Dict;
+    default:
+        break;
     }
     return std::unexpected(error("object " + std::to_string(index) + " has an unknown marker"));
 }
@@ -212,7 +226,8 @@ Result<PlistObject> BinaryPlistReader::object(uint64_t index, bool withText) con
         if (!len) return std::unexpected(len.error());
         auto [count, start] = *len;
         const bool utf16 = (marker >> 4) == 0x6;
-        if (utf16 && count > (UINT64_MAX / 2)) return std::unexpected(error(where() + " is too long"));
+        if (utf16 && count > (UINT64_MAX / 2))
+            return std::unexpected(error(where() + " is too long"));
         uint64_t bytes = utf16 ? count * 2 : count;
         if (!need(start, bytes)) return std::unexpected(error(where() + " runs past its table"));
         obj.type = (marker >> 4) == 0x4 ? PlistType::Data : PlistType::String;
@@ -232,7 +247,8 @@ Result<PlistObject> BinaryPlistReader::object(uint64_t index, bool withText) con
         if (!need(pos + 1, width)) return std::unexpected(error(where() + " is cut off"));
         uint64_t v = width > 8 ? readBigEndian(m_bytes, pos + 1 + width - 8, 8)
                                : readBigEndian(m_bytes, pos + 1, width);
-        if (v > 0xFFFFFFFFull) return std::unexpected(error(where() + " is a reference beyond range"));
+        if (v > 0xFFFFFFFFull)
+            return std::unexpected(error(where() + " is a reference beyond range"));
         obj.type = PlistType::Uid;
         obj.integer = static_cast<int64_t>(v);
         return obj;
@@ -249,7 +265,8 @@ Result<PlistObject> BinaryPlistReader::object(uint64_t index, bool withText) con
             !need(start, refs * m_refSize))
             return std::unexpected(error(where() + " claims " + std::to_string(count) +
                                          " members, more than the file holds"));
-        obj.type = dict ? PlistType::Dict : ((marker >> 4) == 0xA ? PlistType::Array : PlistType::Set);
+        obj.type =
+            dict ? PlistType::Dict : ((marker >> 4) == 0xA ? PlistType::Array : PlistType::Set);
         obj.refs.resize(refs);
         for (uint64_t i = 0; i < refs; ++i) {
             uint64_t ref = readBigEndian(m_bytes, start + i * m_refSize, m_refSize);
@@ -260,7 +277,8 @@ Result<PlistObject> BinaryPlistReader::object(uint64_t index, bool withText) con
         }
         return obj;
     }
-    default: break;
+    default:
+        break;
     }
     return std::unexpected(error(where() + " has an unknown marker"));
 }
@@ -290,7 +308,9 @@ void appendMarkerWithLength(std::string& out, uint8_t type, uint64_t length) {
 }
 } // namespace
 
-uint64_t BinaryPlistWriter::addBool(bool v) { return addScalar(v ? "\x09" : "\x08"); }
+uint64_t BinaryPlistWriter::addBool(bool v) {
+    return addScalar(v ? "\x09" : "\x08");
+}
 
 uint64_t BinaryPlistWriter::addInteger(int64_t v) {
     std::string s;
@@ -332,7 +352,8 @@ uint64_t BinaryPlistWriter::addString(std::string_view utf8) {
     } else {
         std::u16string units = utf16FromUtf8(utf8);
         appendMarkerWithLength(s, 0x60, units.size());
-        for (char16_t u : units) appendBigEndian(s, u, 2);
+        for (char16_t u : units)
+            appendBigEndian(s, u, 2);
     }
     return addScalar(s);
 }
@@ -362,7 +383,8 @@ void BinaryPlistWriter::setArray(uint64_t index, std::span<const uint64_t> membe
     e.marker = 0xA0;
     e.refsBegin = m_refs.size();
     e.refsCount = members.size();
-    for (uint64_t m : members) m_refs.push_back(static_cast<uint32_t>(m));
+    for (uint64_t m : members)
+        m_refs.push_back(static_cast<uint32_t>(m));
 }
 
 void BinaryPlistWriter::setDict(uint64_t index, std::span<const uint64_t> keys,
@@ -371,8 +393,10 @@ void BinaryPlistWriter::setDict(uint64_t index, std::span<const uint64_t> keys,
     e.marker = 0xD0;
     e.refsBegin = m_refs.size();
     e.refsCount = keys.size() * 2;
-    for (uint64_t k : keys) m_refs.push_back(static_cast<uint32_t>(k));
-    for (uint64_t v : values) m_refs.push_back(static_cast<uint32_t>(v));
+    for (uint64_t k : keys)
+        m_refs.push_back(static_cast<uint32_t>(k));
+    for (uint64_t v : values)
+        m_refs.push_back(static_cast<uint32_t>(v));
 }
 
 uint64_t BinaryPlistWriter::addArray(std::span<const uint64_t> members) {
@@ -394,7 +418,9 @@ namespace {
 char* putBigEndian(char* p, uint64_t v, unsigned width) {
     if constexpr (std::endian::native == std::endian::little) {
         switch (width) {
-        case 1: *p = static_cast<char>(v); return p + 1;
+        case 1:
+            *p = static_cast<char>(v);
+            return p + 1;
         case 2: {
             const uint16_t b = __builtin_bswap16(static_cast<uint16_t>(v));
             std::memcpy(p, &b, 2);
@@ -410,15 +436,19 @@ char* putBigEndian(char* p, uint64_t v, unsigned width) {
             std::memcpy(p, &b, 8);
             return p + 8;
         }
-        default: break;
+        default:
+            break;
         }
     }
-    for (unsigned i = width; i > 0; --i) *p++ = static_cast<char>((v >> (8 * (i - 1))) & 0xFF);
+    for (unsigned i = width; i > 0; --i)
+        *p++ = static_cast<char>((v >> (8 * (i - 1))) & 0xFF);
     return p;
 }
 
 // The bytes `appendMarkerWithLength` writes.
-uint64_t markerSize(uint64_t length) { return length < 15 ? 1 : 2 + widthFor(length); }
+uint64_t markerSize(uint64_t length) {
+    return length < 15 ? 1 : 2 + widthFor(length);
+}
 
 char* putMarkerWithLength(char* p, uint8_t type, uint64_t length) {
     if (length < 15) {

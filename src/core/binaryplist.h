@@ -33,11 +33,13 @@ enum class PlistType : uint8_t {
 struct PlistObject {
     PlistType type = PlistType::Null;
     bool boolean = false;
-    int64_t integer = 0; // Integer (signed), Uid (unsigned, < 2^32)
-    double real = 0;     // Real32, Real64, Date (seconds since 2001)
-    std::string text;    // String (as UTF-8), Data (raw bytes)
+    int64_t integer = 0;        // Integer (signed), Uid (unsigned, < 2^32)
+    double real = 0;            // Real32, Real64, Date (seconds since 2001)
+    std::string text;           // String (as UTF-8), Data (raw bytes)
     std::vector<uint64_t> refs; // Array, Set: members; Dict: keys, then as many values
-    [[nodiscard]] size_t count() const { return type == PlistType::Dict ? refs.size() / 2 : refs.size(); }
+    [[nodiscard]] size_t count() const {
+        return type == PlistType::Dict ? refs.size() / 2 : refs.size();
+    }
 };
 
 /// Random access to the objects of a binary property list held in memory. The whole frame
@@ -100,11 +102,11 @@ class BinaryPlistWriter {
 
   private:
     struct Entry {
-        uint8_t marker = 0;      // for containers: 0xA0 or 0xD0; for scalars 0 (bytes hold all)
+        uint8_t marker = 0;       // for containers: 0xA0 or 0xD0; for scalars 0 (bytes hold all)
         uint32_t scalarBegin = 0; // scalars: slice of m_scalarBytes
         uint32_t scalarLength = 0;
         uint64_t refsBegin = 0; // containers: slice of m_refs
-        uint64_t refsCount = 0;  // members (for dicts: 2 × pairs)
+        uint64_t refsCount = 0; // members (for dicts: 2 × pairs)
     };
     uint64_t addScalar(std::string_view encoded);
 

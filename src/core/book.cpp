@@ -62,7 +62,8 @@ void Book::setClients(const RecordList& clients) {
 Value Book::databaseRoot() const {
     ArrayElements clients;
     clients.reserve(m_clients->size());
-    for (const auto& c : *m_clients) clients.push_back(Value::record(c));
+    for (const auto& c : *m_clients)
+        clients.push_back(Value::record(c));
     return Value::dict({{"clients", Value::array(std::move(clients))}});
 }
 
@@ -183,7 +184,8 @@ Value Book::oldAccountsList(const std::string& folder) {
 }
 
 void Book::changed(Change what) const {
-    for (const Observer& observer : m_observers) observer(what);
+    for (const Observer& observer : m_observers)
+        observer(what);
 }
 
 } // namespace zifora::core

@@ -98,9 +98,8 @@ class Book {
     /// A client with `identity` around the lists of an old single-client database at
     /// `path`; a missing file gives empty lists. A file that cannot be read gives its cause
     /// and latches `unreadable()`.
-    [[nodiscard]] Result<Ref<Record>> clientFromOldDatabase(const std::string& path,
-                                                            const ClientIdentity& identity,
-                                                            Date now);
+    [[nodiscard]] Result<Ref<Record>>
+    clientFromOldDatabase(const std::string& path, const ClientIdentity& identity, Date now);
     /// The entries of "Accounts.plist" in `folder` (the several-client installations of
     /// earlier versions); none where the file is missing or unreadable.
     [[nodiscard]] static Value oldAccountsList(const std::string& folder);

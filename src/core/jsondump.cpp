@@ -44,8 +44,10 @@ class Writer {
     std::string out;
 
     void root(const Value& v) {
-        if (v.kind() == Kind::Dict) writeObject(v.asDict(), [this](const Value& m) { plainMember(m); });
-        else plainMember(v);
+        if (v.kind() == Kind::Dict)
+            writeObject(v.asDict(), [this](const Value& m) { plainMember(m); });
+        else
+            plainMember(v);
     }
 
     // {"key":member,…} with each member written by `write`.
@@ -67,7 +69,8 @@ class Writer {
         if (v.kind() == Kind::Record) return record(*v.asRecord());
         if (v.kind() == Kind::Array) {
             bool allRecords = true;
-            for (const Value& e : v.asArray()) allRecords &= e.kind() == Kind::Record;
+            for (const Value& e : v.asArray())
+                allRecords &= e.kind() == Kind::Record;
             if (allRecords) {
                 out += '[';
                 bool first = true;
@@ -122,21 +125,45 @@ class Writer {
 
     void tagged(const Value& v) {
         switch (v.kind()) {
-        case Kind::Absent: out += "null"; return;
-        case Kind::Record: record(*v.asRecord()); return;
-        case Kind::String: out += "{\"string\":"; appendJsonString(out, v.text()); break;
-        case Kind::Image: out += "{\"image\":"; appendJsonString(out, v.text()); break;
-        case Kind::Data: out += "{\"data\":\"" + core::encodeBase64(v.text()) + "\""; break;
-        case Kind::Float: out += "{\"float\":" + shortestFloat(v.asFloat()); break;
-        case Kind::Double: out += "{\"double\":" + shortestDouble(v.asDouble()); break;
-        case Kind::Int: out += "{\"int\":" + std::to_string(v.asInt()); break;
-        case Kind::Integer: out += "{\"integer\":" + std::to_string(v.asInteger()); break;
-        case Kind::Bool: out += v.asBool() ? "{\"bool\":true" : "{\"bool\":false"; break;
+        case Kind::Absent:
+            out += "null";
+            return;
+        case Kind::Record:
+            record(*v.asRecord());
+            return;
+        case Kind::String:
+            out += "{\"string\":";
+            appendJsonString(out, v.text());
+            break;
+        case Kind::Image:
+            out += "{\"image\":";
+            appendJsonString(out, v.text());
+            break;
+        case Kind::Data:
+            out += "{\"data\":\"" + core::encodeBase64(v.text()) + "\"";
+            break;
+        case Kind::Float:
+            out += "{\"float\":" + shortestFloat(v.asFloat());
+            break;
+        case Kind::Double:
+            out += "{\"double\":" + shortestDouble(v.asDouble());
+            break;
+        case Kind::Int:
+            out += "{\"int\":" + std::to_string(v.asInt());
+            break;
+        case Kind::Integer:
+            out += "{\"integer\":" + std::to_string(v.asInteger());
+            break;
+        case Kind::Bool:
+            out += v.asBool() ? "{\"bool\":true" : "{\"bool\":false";
+            break;
         case Kind::Date: {
             std::string iso = isoDate(v.asDate());
             out += "{\"date\":";
-            if (iso.empty()) out += shortestDouble(v.asDate().sinceReferenceDate);
-            else appendJsonString(out, iso);
+            if (iso.empty())
+                out += shortestDouble(v.asDate().sinceReferenceDate);
+            else
+                appendJsonString(out, iso);
             break;
         }
         case Kind::Dict:
@@ -179,7 +206,8 @@ core::Result<Value> readRecord(const Json& j, const std::string& where) {
     std::string className = j.at("class").is_string() ? j.at("class").get<std::string>() : "";
     if (className.empty()) return core::fail(where + ": \"class\" must be a class name");
     if (core::isPlainValueClassName(className))
-        return core::fail(where + ": \"" + className + "\" is the class of a plain value, not of a record");
+        return core::fail(where + ": \"" + className +
+                          "\" is the class of a plain value, not of a record");
     core::RecordClass rc = core::recordClassNamed(className);
     core::Ref<Record> record;
     if (rc == core::RecordClass::Foreign) {
@@ -223,7 +251,8 @@ core::Result<Value> readRecord(const Json& j, const std::string& where) {
 
 core::Result<Value> readTagged(const Json& j, const std::string& where) {
     if (j.is_null()) return Value{};
-    if (!j.is_object()) return core::fail(where + ": a tagged value such as {\"string\":\"…\"} is expected");
+    if (!j.is_object())
+        return core::fail(where + ": a tagged value such as {\"string\":\"…\"} is expected");
     if (j.contains("class")) return readRecord(j, where);
     if (j.size() != 1) return core::fail(where + ": a tagged value has exactly one kind");
     auto first = j.begin();
@@ -231,7 +260,8 @@ core::Result<Value> readTagged(const Json& j, const std::string& where) {
     const Json& x = first.value();
     if (tag == "string" || tag == "image") {
         if (!x.is_string()) return core::fail(where + ": a text is expected");
-        return tag == "string" ? Value::string(x.get<std::string>()) : Value::image(x.get<std::string>());
+        return tag == "string" ? Value::string(x.get<std::string>())
+                               : Value::image(x.get<std::string>());
     }
     if (tag == "data") {
         if (!x.is_string()) return core::fail(where + ": base64 text is expected");
@@ -352,8 +382,10 @@ bool jsonNestsWithin(std::string_view json, int levels) {
     for (size_t i = 0; i < json.size(); ++i) {
         const char c = json[i];
         if (inString) {
-            if (c == '\\') ++i;
-            else if (c == '"') inString = false;
+            if (c == '\\')
+                ++i;
+            else if (c == '"')
+                inString = false;
         } else if (c == '"') {
             inString = true;
         } else if (c == '[' || c == '{') {
@@ -374,11 +406,21 @@ void appendJsonString(std::string& out, std::string_view text) {
     out += '"';
     for (char c : text) {
         switch (c) {
-        case '"': out += "\\\""; break;
-        case '\\': out += "\\\\"; break;
-        case '\n': out += "\\n"; break;
-        case '\r': out += "\\r"; break;
-        case '\t': out += "\\t"; break;
+        case '"':
+            out += "\\\"";
+            break;
+        case '\\':
+            out += "\\\\";
+            break;
+        case '\n':
+            out += "\\n";
+            break;
+        case '\r':
+            out += "\\r";
+            break;
+        case '\t':
+            out += "\\t";
+            break;
         default:
             if (static_cast<unsigned char>(c) < 0x20) {
                 char buf[8];
@@ -413,7 +455,8 @@ std::string isoDate(core::Date date) {
     std::string digits(frac, r.ptr);
     auto dot = digits.find('.');
     digits = dot == std::string::npos ? "" : digits.substr(dot + 1);
-    while (digits.size() < 3) digits += '0';
+    while (digits.size() < 3)
+        digits += '0';
     return out + "." + digits + "Z";
 }
 
@@ -422,13 +465,15 @@ core::Result<core::Date> parseIsoDate(std::string_view text) {
     std::string str(text);
     if (std::sscanf(str.c_str(), "%d-%d-%dT%d:%d:%d%n", &y, &mo, &d, &h, &mi, &s, &consumed) != 6)
         return core::fail("\"" + str + "\" is not an ISO 8601 date");
-    if (mo < 1 || mo > 12 || d < 1 || d > 31 || h > 23 || mi > 59 || s > 60 || h < 0 || mi < 0 || s < 0)
+    if (mo < 1 || mo > 12 || d < 1 || d > 31 || h > 23 || mi > 59 || s > 60 || h < 0 || mi < 0 ||
+        s < 0)
         return core::fail("\"" + str + "\" is not a valid date");
     std::string_view rest = text.substr(static_cast<size_t>(consumed));
     double fraction = 0;
     if (!rest.empty() && rest.front() == '.') {
         size_t end = 1;
-        while (end < rest.size() && std::isdigit(static_cast<unsigned char>(rest[end]))) ++end;
+        while (end < rest.size() && std::isdigit(static_cast<unsigned char>(rest[end])))
+            ++end;
         fraction = std::strtod(std::string("0").append(rest.substr(0, end)).c_str(), nullptr);
         rest.remove_prefix(end);
     }
@@ -456,8 +501,8 @@ core::Result<Value> loadJson(std::string_view text) {
     std::string error;
     Json j = parseJson(text, error);
     if (!error.empty()) return core::fail(error);
-    static const std::set<std::string> tags{"string", "float", "int", "integer", "double", "bool",
-                                            "date", "image", "data", "dict", "array"};
+    static const std::set<std::string> tags{"string", "float", "int",  "integer", "double", "bool",
+                                            "date",   "image", "data", "dict",    "array"};
     bool tagged = j.is_object() && j.size() == 1 && tags.contains(j.begin().key());
     if (j.is_object() && !j.contains("class") && !tagged) {
         // The root dictionary: its members are lists of records or tagged values.

@@ -24,7 +24,8 @@ namespace zifora::core {
 [[nodiscard]] std::string taggedJson(const core::Value& value);
 
 /// A JSON object of tagged values, its keys in the given order; an absent value is null.
-[[nodiscard]] std::string taggedObjectJson(const std::vector<std::pair<std::string, core::Value>>& entries);
+[[nodiscard]] std::string
+taggedObjectJson(const std::vector<std::pair<std::string, core::Value>>& entries);
 
 /// Reads a dump back into values; errors name the place in the JSON. Values nested deeper
 /// than `kMaxNesting` (as the keyed archive counts them) are refused.

@@ -53,10 +53,14 @@ class Decoder {
             auto key = m_r.string(top->refs[i]);
             if (!key) continue;
             uint64_t value = top->refs[top->count() + i];
-            if (*key == "$archiver") archiver = value;
-            else if (*key == "$objects") objects = value;
-            else if (*key == "$top") topDict = value;
-            else if (*key == "$version") version = value;
+            if (*key == "$archiver")
+                archiver = value;
+            else if (*key == "$objects")
+                objects = value;
+            else if (*key == "$top")
+                topDict = value;
+            else if (*key == "$version")
+                version = value;
         }
         if (archiver == UINT64_MAX || objects == UINT64_MAX || topDict == UINT64_MAX)
             return failure("this is not a keyed archive ($archiver, $objects or $top is missing)");
@@ -112,7 +116,8 @@ class Decoder {
     }
 
     Result<uint32_t> uidOf(const PlistObject& obj) const {
-        if (obj.type != PlistType::Uid) return failure("a reference is expected, but found a value");
+        if (obj.type != PlistType::Uid)
+            return failure("a reference is expected, but found a value");
         if (static_cast<uint64_t>(obj.integer) >= m_objects.size())
             return failure("a reference to object " + std::to_string(obj.integer) +
                            ", but there are " + std::to_string(m_objects.size()));
@@ -157,15 +162,24 @@ class Decoder {
         // Plain lists may contain themselves or nest without end, just like objects.
         if (depth > kMaxDepth) return failure("the values are nested too deeply");
         switch (obj.type) {
-        case PlistType::Null: return Value{};
-        case PlistType::Bool: return Value::boolean(obj.boolean);
-        case PlistType::Integer: return integerValue(obj.integer, Kind::Absent);
-        case PlistType::Real32: return Value::floatValue(static_cast<float>(obj.real));
-        case PlistType::Real64: return Value::doubleValue(obj.real);
-        case PlistType::Date: return Value::date(Date{obj.real});
-        case PlistType::Data: return Value::data(obj.text);
-        case PlistType::String: return Value::string(obj.text);
-        case PlistType::Uid: return failure("unexpected reference");
+        case PlistType::Null:
+            return Value{};
+        case PlistType::Bool:
+            return Value::boolean(obj.boolean);
+        case PlistType::Integer:
+            return integerValue(obj.integer, Kind::Absent);
+        case PlistType::Real32:
+            return Value::floatValue(static_cast<float>(obj.real));
+        case PlistType::Real64:
+            return Value::doubleValue(obj.real);
+        case PlistType::Date:
+            return Value::date(Date{obj.real});
+        case PlistType::Data:
+            return Value::data(obj.text);
+        case PlistType::String:
+            return Value::string(obj.text);
+        case PlistType::Uid:
+            return failure("unexpected reference");
         case PlistType::Array:
         case PlistType::Set: {
             ArrayElements elements;
@@ -244,7 +258,8 @@ class Decoder {
     // The text of an object dictionary's key. Archives use a handful of such names
     // ("$class", "properties", "NS.keys" …) for all their objects, so each is read once.
     Result<std::string_view> fieldName(uint64_t ref) {
-        if (auto it = m_fieldNames.find(ref); it != m_fieldNames.end()) return std::string_view(it->second);
+        if (auto it = m_fieldNames.find(ref); it != m_fieldNames.end())
+            return std::string_view(it->second);
         auto key = m_r.string(ref);
         if (!key) return std::unexpected(key.error());
         return std::string_view(m_fieldNames.emplace(ref, std::move(*key)).first->second);
@@ -496,8 +511,10 @@ class Decoder {
             if (!v) return std::unexpected(v.error());
             if (v->kind() == Kind::Int && defaultKind(record.recordClass(), *key) == Kind::Integer)
                 *v = Value::integer(v->asInt());
-            if (distinct) props.appendNew(*key, std::move(*v));
-            else props.set(*key, std::move(*v));
+            if (distinct)
+                props.appendNew(*key, std::move(*v));
+            else
+                props.set(*key, std::move(*v));
         }
         if (allByReference) {
             std::vector<KeyId> sorted = learned;
@@ -520,7 +537,8 @@ class Decoder {
         return kind;
     }
 
-    Result<Value> decodeRecord(uint32_t uid, RecordClass rc, const ObjectFields& fields, int depth) {
+    Result<Value> decodeRecord(uint32_t uid, RecordClass rc, const ObjectFields& fields,
+                               int depth) {
         Ref<Record> record = Record::makeBare(rc);
         (void)uid;
         if (const uint64_t* props = field(fields, "properties")) {
@@ -569,7 +587,7 @@ class Decoder {
     std::vector<uint32_t> m_keyIds;
     std::vector<uint32_t> m_uidAtPlist; // per plist object: the UID it holds, once read
     std::unordered_map<uint64_t, std::string> m_fieldNames;
-    std::vector<uint64_t> m_sizes;      // per object: the values its tree holds
+    std::vector<uint64_t> m_sizes; // per object: the values its tree holds
     uint64_t m_valueCount = 0;
     uint64_t m_valueLimit;
     std::unordered_map<uint32_t, ClassDesc> m_classCache;

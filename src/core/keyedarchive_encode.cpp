@@ -6,11 +6,10 @@
 #include "core/record.h"
 
 #include <array>
-#include <deque>
 #include <bit>
-#include <span>
 #include <deque>
 #include <map>
+#include <span>
 #include <unordered_map>
 
 namespace zifora::core {
@@ -70,7 +69,8 @@ template <typename Key, typename Hash> class UidIndex {
     void place(Slot slot) {
         const size_t mask = m_slots.size() - 1;
         size_t i = slot.hash & mask;
-        while (m_slots[i].uid != 0) i = (i + 1) & mask;
+        while (m_slots[i].uid != 0)
+            i = (i + 1) & mask;
         m_slots[i] = std::move(slot);
     }
 
@@ -87,14 +87,17 @@ template <typename Key, typename Hash> class UidIndex {
 // Text-keyed maps that look up by string_view, so that no look-up builds a string.
 struct TextHash {
     using is_transparent = void;
-    size_t operator()(std::string_view s) const noexcept { return std::hash<std::string_view>{}(s); }
+    size_t operator()(std::string_view s) const noexcept {
+        return std::hash<std::string_view>{}(s);
+    }
 };
 template <typename T> using TextMap = std::unordered_map<std::string, T, TextHash, std::equal_to<>>;
 
 struct RefsHash {
     size_t operator()(const std::vector<uint64_t>& v) const noexcept {
         uint64_t h = 1469598103934665603ull;
-        for (uint64_t x : v) h = (h ^ x) * 1099511628211ull;
+        for (uint64_t x : v)
+            h = (h ^ x) * 1099511628211ull;
         return h;
     }
 };
@@ -192,18 +195,35 @@ class Encoder {
     uint32_t numberUid(const Value& v) {
         NumberKey key{v.kind(), 0};
         switch (v.kind()) {
-        case Kind::Float: key.bits = std::bit_cast<uint32_t>(v.asFloat()); break;
-        case Kind::Double: key.bits = std::bit_cast<uint64_t>(v.asDouble()); break;
-        case Kind::Bool: key.bits = v.asBool(); break;
-        default: key.bits = static_cast<uint64_t>(v.toInteger()); key.kind = Kind::Integer; break;
+        case Kind::Float:
+            key.bits = std::bit_cast<uint32_t>(v.asFloat());
+            break;
+        case Kind::Double:
+            key.bits = std::bit_cast<uint64_t>(v.asDouble());
+            break;
+        case Kind::Bool:
+            key.bits = v.asBool();
+            break;
+        default:
+            key.bits = static_cast<uint64_t>(v.toInteger());
+            key.kind = Kind::Integer;
+            break;
         }
         if (uint32_t known = m_numbers.find(key)) return known;
         uint64_t object = 0;
         switch (v.kind()) {
-        case Kind::Float: object = m_plist.addReal32(v.asFloat()); break;
-        case Kind::Double: object = m_plist.addReal64(v.asDouble()); break;
-        case Kind::Bool: object = m_plist.addBool(v.asBool()); break;
-        default: object = m_plist.addInteger(v.toInteger()); break;
+        case Kind::Float:
+            object = m_plist.addReal32(v.asFloat());
+            break;
+        case Kind::Double:
+            object = m_plist.addReal64(v.asDouble());
+            break;
+        case Kind::Bool:
+            object = m_plist.addBool(v.asBool());
+            break;
+        default:
+            object = m_plist.addInteger(v.toInteger());
+            break;
         }
         uint32_t uid = newUid(object);
         m_numbers.insert(key, uid);
@@ -217,10 +237,12 @@ class Encoder {
         if (chain.empty()) {
             names.push_back(plainString(name));
             // Foundation's collection classes derive from their immutable base.
-            if (name.starts_with("NSMutable")) names.push_back(plainString("NS" + std::string(name.substr(9))));
+            if (name.starts_with("NSMutable"))
+                names.push_back(plainString("NS" + std::string(name.substr(9))));
             if (name != "NSObject") names.push_back(plainString("NSObject"));
         } else {
-            for (const auto& n : chain) names.push_back(plainString(n));
+            for (const auto& n : chain)
+                names.push_back(plainString(n));
         }
         uint64_t classes = m_plist.addArray(names);
         std::array keys{plainString("$classes"), plainString("$classname")};
@@ -296,9 +318,7 @@ class Encoder {
         return uid;
     }
 
-    uint32_t encodeData(const std::string& bytes) {
-        return newUid(m_plist.addData(bytes));
-    }
+    uint32_t encodeData(const std::string& bytes) { return newUid(m_plist.addData(bytes)); }
 
     template <typename Entries> uint32_t encodeDictEntries(const Entries& forEach, size_t n) {
         uint32_t uid = reserveUid();
@@ -322,7 +342,8 @@ class Encoder {
     uint32_t encodeDict(const DictEntries& entries) {
         return encodeDictEntries(
             [&](auto&& f) {
-                for (const auto& [k, v] : entries) f(std::string_view(k), v);
+                for (const auto& [k, v] : entries)
+                    f(std::string_view(k), v);
             },
             entries.size());
     }
@@ -383,12 +404,22 @@ class Encoder {
             reach(m_depth);
             keys.push_back(plainString(key));
             switch (v.kind()) {
-            case Kind::Float: values.push_back(m_plist.addReal32(v.asFloat())); break;
-            case Kind::Double: values.push_back(m_plist.addReal64(v.asDouble())); break;
-            case Kind::Bool: values.push_back(m_plist.addBool(v.asBool())); break;
+            case Kind::Float:
+                values.push_back(m_plist.addReal32(v.asFloat()));
+                break;
+            case Kind::Double:
+                values.push_back(m_plist.addReal64(v.asDouble()));
+                break;
+            case Kind::Bool:
+                values.push_back(m_plist.addBool(v.asBool()));
+                break;
             case Kind::Int:
-            case Kind::Integer: values.push_back(m_plist.addInteger(v.toInteger())); break;
-            default: values.push_back(uidRef(encode(v))); break;
+            case Kind::Integer:
+                values.push_back(m_plist.addInteger(v.toInteger()));
+                break;
+            default:
+                values.push_back(uidRef(encode(v)));
+                break;
             }
         });
         setObject(uid, cls, keys, values);
@@ -396,21 +427,31 @@ class Encoder {
     }
 
     uint32_t encode(const Value& v) {
-        if (!v.isAbsent() && v.kind() != Kind::Record) reach(v.kind() == Kind::Image ? m_depth + 1 : m_depth);
+        if (!v.isAbsent() && v.kind() != Kind::Record)
+            reach(v.kind() == Kind::Image ? m_depth + 1 : m_depth);
         switch (v.kind()) {
-        case Kind::Absent: return 0;
-        case Kind::String: return stringUid(v.text());
+        case Kind::Absent:
+            return 0;
+        case Kind::String:
+            return stringUid(v.text());
         case Kind::Float:
         case Kind::Int:
         case Kind::Integer:
         case Kind::Double:
-        case Kind::Bool: return numberUid(v);
-        case Kind::Date: return encodeDate(v.asDate().sinceReferenceDate);
-        case Kind::Image: return encodeImage(v.text());
-        case Kind::Data: return encodeData(v.text());
-        case Kind::Dict: return encodeDict(v.asDict());
-        case Kind::Array: return encodeArrayOf(v.asArray());
-        case Kind::Record: return encodeRecord(*v.asRecord());
+        case Kind::Bool:
+            return numberUid(v);
+        case Kind::Date:
+            return encodeDate(v.asDate().sinceReferenceDate);
+        case Kind::Image:
+            return encodeImage(v.text());
+        case Kind::Data:
+            return encodeData(v.text());
+        case Kind::Dict:
+            return encodeDict(v.asDict());
+        case Kind::Array:
+            return encodeArrayOf(v.asArray());
+        case Kind::Record:
+            return encodeRecord(*v.asRecord());
         }
         return 0;
     }

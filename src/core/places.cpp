@@ -24,7 +24,8 @@ std::string userDir(const std::string& configHome, const std::string& home, cons
             value = value.substr(1, value.size() - 2);
         if (value.starts_with("$HOME")) value = home + value.substr(5);
         if (value.empty() || value.front() != '/') continue;
-        while (value.size() > 1 && value.back() == '/') value.pop_back();
+        while (value.size() > 1 && value.back() == '/')
+            value.pop_back();
         return value;
     }
     return fallback;
@@ -54,7 +55,9 @@ Places Places::fromEnvironment() {
     return build(home, env("XDG_DATA_HOME"), env("XDG_CONFIG_HOME"));
 }
 
-Places Places::forHome(const std::string& home) { return build(home, "", ""); }
+Places Places::forHome(const std::string& home) {
+    return build(home, "", "");
+}
 
 std::string expandTilde(const std::string& path, const std::string& home) {
     if (path == "~") return home;

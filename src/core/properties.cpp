@@ -52,7 +52,9 @@ void Properties::appendNew(KeyId key, Value value) {
     m_entries.push_back(std::move(value));
 }
 
-void Properties::remove(std::string_view key) { set(internKey(key), Value{}); }
+void Properties::remove(std::string_view key) {
+    set(internKey(key), Value{});
+}
 
 bool Properties::sameAs(const Properties& other) const {
     if (m_entries.size() != other.m_entries.size()) return false;

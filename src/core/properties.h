@@ -45,10 +45,12 @@ class Properties {
 
     /// Calls `f(keyName, value)` for each entry in order.
     template <typename F> void forEach(F&& f) const {
-        for (const Value& v : m_entries) f(keyName(v.m_slot), v);
+        for (const Value& v : m_entries)
+            f(keyName(v.m_slot), v);
     }
     template <typename F> void forEachId(F&& f) const {
-        for (const Value& v : m_entries) f(v.m_slot, v);
+        for (const Value& v : m_entries)
+            f(v.m_slot, v);
     }
 
     /// Same keys in the same order with equal values.

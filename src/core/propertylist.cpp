@@ -24,21 +24,30 @@ class PlistDecoder {
         auto obj = m_r.object(index);
         if (!obj) return std::unexpected(obj.error());
         switch (obj->type) {
-        case PlistType::Null: return Value{};
-        case PlistType::Bool: return Value::boolean(obj->boolean);
+        case PlistType::Null:
+            return Value{};
+        case PlistType::Bool:
+            return Value::boolean(obj->boolean);
         case PlistType::Integer:
             if (obj->integer >= INT32_MIN && obj->integer <= INT32_MAX)
                 return Value::intValue(static_cast<int32_t>(obj->integer));
             return Value::integer(obj->integer);
-        case PlistType::Real32: return Value::floatValue(static_cast<float>(obj->real));
-        case PlistType::Real64: return Value::doubleValue(obj->real);
-        case PlistType::Date: return Value::date(Date{obj->real});
-        case PlistType::Data: return Value::data(obj->text);
-        case PlistType::String: return Value::string(obj->text);
-        case PlistType::Uid: return Value::integer(obj->integer);
+        case PlistType::Real32:
+            return Value::floatValue(static_cast<float>(obj->real));
+        case PlistType::Real64:
+            return Value::doubleValue(obj->real);
+        case PlistType::Date:
+            return Value::date(Date{obj->real});
+        case PlistType::Data:
+            return Value::data(obj->text);
+        case PlistType::String:
+            return Value::string(obj->text);
+        case PlistType::Uid:
+            return Value::integer(obj->integer);
         case PlistType::Array:
         case PlistType::Set:
-        case PlistType::Dict: break;
+        case PlistType::Dict:
+            break;
         }
         if (!m_path.insert(index).second)
             return fail(m_r.context() + ": object " + std::to_string(index) + " contains itself");

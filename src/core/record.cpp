@@ -9,10 +9,9 @@ namespace {
 
 using namespace std::string_view_literals;
 
-constexpr std::array kClientLists{"theYears"sv, "groups"sv,     "accounts"sv,
-                                  "items"sv,    "cashbooks"sv,  "allowances"sv,
-                                  "inventorys"sv, "arrayOne"sv, "arrayTwo"sv,
-                                  "arrayThree"sv};
+constexpr std::array kClientLists{"theYears"sv,  "groups"sv,     "accounts"sv,   "items"sv,
+                                  "cashbooks"sv, "allowances"sv, "inventorys"sv, "arrayOne"sv,
+                                  "arrayTwo"sv,  "arrayThree"sv};
 // Every list setter of a client keeps the array it is given.
 constexpr std::array kClientKeeps{true, true, true, true, true, true, true, true, true, true};
 constexpr std::array kYearLists{"thelists"sv, "files"sv, "items"sv, "array"sv};
@@ -55,38 +54,37 @@ using DefaultList = std::vector<Default>;
 void addMisc(DefaultList& list, int count) {
     static constexpr std::array names{"misc1"sv, "misc2"sv, "misc3"sv, "misc4"sv, "misc5"sv,
                                       "misc6"sv, "misc7"sv, "misc8"sv, "misc9"sv};
-    for (int i = 0; i < count; ++i) list.push_back({names[i], DefaultKind::Text});
+    for (int i = 0; i < count; ++i)
+        list.push_back({names[i], DefaultKind::Text});
 }
 
 void addFloats(DefaultList& list, std::initializer_list<std::string_view> keys) {
-    for (auto key : keys) list.push_back({key, DefaultKind::Float});
+    for (auto key : keys)
+        list.push_back({key, DefaultKind::Float});
 }
 
 void addTexts(DefaultList& list, std::initializer_list<std::string_view> keys) {
-    for (auto key : keys) list.push_back({key, DefaultKind::Text});
+    for (auto key : keys)
+        list.push_back({key, DefaultKind::Text});
 }
 
 DefaultList clientDefaults() {
-    DefaultList d{{"image", DefaultKind::Image, "client"},
-                  {"company", DefaultKind::Text, "Neue Firma"},
-                  {"taxNumber", DefaultKind::Text},
-                  {"elsterNumber", DefaultKind::Text},
-                  {"taxationKind", DefaultKind::Int, {}, 1},
-                  {"datevConsultantNumber", DefaultKind::Text},
-                  {"datevClientNumber", DefaultKind::Text}};
+    DefaultList d{
+        {"image", DefaultKind::Image, "client"},   {"company", DefaultKind::Text, "Neue Firma"},
+        {"taxNumber", DefaultKind::Text},          {"elsterNumber", DefaultKind::Text},
+        {"taxationKind", DefaultKind::Int, {}, 1}, {"datevConsultantNumber", DefaultKind::Text},
+        {"datevClientNumber", DefaultKind::Text}};
     addMisc(d, 9);
     return d;
 }
 
 DefaultList yearDefaults() {
-    DefaultList d{{"check", DefaultKind::Text, "2014"},
-                  {"dateValue", DefaultKind::Text},
-                  {"comment", DefaultKind::Text},
-                  {"image", DefaultKind::Image, "miniYearTemplate"},
-                  {"date", DefaultKind::Now},
-                  {"taxBool", DefaultKind::Bool}};
-    addFloats(d, {"payment", "additionalPayment", "rePayment", "balance", "taxFeeGet",
-                  "taxFeePay", "income", "expense", "atSum"});
+    DefaultList d{
+        {"check", DefaultKind::Text, "2014"}, {"dateValue", DefaultKind::Text},
+        {"comment", DefaultKind::Text},       {"image", DefaultKind::Image, "miniYearTemplate"},
+        {"date", DefaultKind::Now},           {"taxBool", DefaultKind::Bool}};
+    addFloats(d, {"payment", "additionalPayment", "rePayment", "balance", "taxFeeGet", "taxFeePay",
+                  "income", "expense", "atSum"});
     addMisc(d, 9);
     return d;
 }
@@ -97,8 +95,8 @@ DefaultList periodDefaults() {
                   {"date", DefaultKind::Now},
                   {"image", DefaultKind::Image, "miniList"},
                   {"taxBool", DefaultKind::Bool}};
-    addFloats(d, {"payment", "additionalPayment", "rePayment", "balance", "taxFeeGet",
-                  "taxFeePay", "income", "expense", "atSum"});
+    addFloats(d, {"payment", "additionalPayment", "rePayment", "balance", "taxFeeGet", "taxFeePay",
+                  "income", "expense", "atSum"});
     d.push_back({"voranmeldungComment", DefaultKind::Text});
     addMisc(d, 9);
     return d;
@@ -106,15 +104,15 @@ DefaultList periodDefaults() {
 
 DefaultList itemDefaults() {
     DefaultList d{{"image", DefaultKind::Image, "miniItemGrey"}, {"kind", DefaultKind::Int}};
-    addTexts(d, {"UUID", "parentUUID", "parentTab", "parentYear", "kindTitle", "group",
-                 "account", "accountNumber", "account2", "account3"});
+    addTexts(d, {"UUID", "parentUUID", "parentTab", "parentYear", "kindTitle", "group", "account",
+                 "accountNumber", "account2", "account3"});
     d.push_back({"date", DefaultKind::Now});
     addTexts(d, {"title", "number", "amount"});
     d.push_back({"taxBool", DefaultKind::Bool});
     d.push_back({"taxTag", DefaultKind::Int});
-    addFloats(d, {"taxPerecent", "taxFee", "taxFeeGet", "taxFeePay", "incomeWith",
-                  "expenseWithout", "incomeWithout", "expenseWith", "finalAmount",
-                  "finalAmountWith", "finalAmountWithout", "atSum"});
+    addFloats(d, {"taxPerecent", "taxFee", "taxFeeGet", "taxFeePay", "incomeWith", "expenseWithout",
+                  "incomeWithout", "expenseWith", "finalAmount", "finalAmountWith",
+                  "finalAmountWithout", "atSum"});
     d.push_back({"unpaidBool", DefaultKind::Bool});
     addFloats(d, {"openWith", "openWithout"});
     d.push_back({"comment", DefaultKind::Text});
@@ -124,7 +122,8 @@ DefaultList itemDefaults() {
     addTexts(d, {"customDatevAccount", "customDatevKey"});
     addMisc(d, 9);
     d.push_back({"templateTitle", DefaultKind::Text});
-    for (auto key : {"bool1"sv, "bool2"sv, "bool3"sv}) d.push_back({key, DefaultKind::Bool});
+    for (auto key : {"bool1"sv, "bool2"sv, "bool3"sv})
+        d.push_back({key, DefaultKind::Bool});
     addFloats(d, {"float1", "float2", "float3"});
     addTexts(d, {"string1", "string2", "string3"});
     for (auto key : {"additionalDate1"sv, "additionalDate2"sv, "additionalDate3"sv})
@@ -142,9 +141,8 @@ DefaultList accountDefaults() {
 }
 
 DefaultList groupDefaults() {
-    DefaultList d{{"title", DefaultKind::Text},
-                  {"date", DefaultKind::Now},
-                  {"image", DefaultKind::Text}};
+    DefaultList d{
+        {"title", DefaultKind::Text}, {"date", DefaultKind::Now}, {"image", DefaultKind::Text}};
     addMisc(d, 5);
     return d;
 }
@@ -162,8 +160,8 @@ DefaultList cashbookDefaults() {
                   {"date", DefaultKind::Now},
                   {"image", DefaultKind::Image, "miniTabTemplate"},
                   {"taxBool", DefaultKind::Bool}};
-    addFloats(d, {"payment", "additionalPayment", "rePayment", "balance", "taxFeeGet",
-                  "taxFeePay", "income", "expense", "atSum"});
+    addFloats(d, {"payment", "additionalPayment", "rePayment", "balance", "taxFeeGet", "taxFeePay",
+                  "income", "expense", "atSum"});
     d.push_back({"voranmeldungComment", DefaultKind::Text});
     addMisc(d, 9);
     return d;
@@ -171,8 +169,7 @@ DefaultList cashbookDefaults() {
 
 DefaultList cashBookItemDefaults() {
     DefaultList d{{"image", DefaultKind::Image, "miniItemGrey"}};
-    addFloats(d, {"sumEinnahme", "sumAusgabe", "taxRate", "taxAmount", "kassenbestand",
-                  "nummer"});
+    addFloats(d, {"sumEinnahme", "sumAusgabe", "taxRate", "taxAmount", "kassenbestand", "nummer"});
     addTexts(d, {"vorfall", "konto", "beleg"});
     d.push_back({"date", DefaultKind::Now});
     addTexts(d, {"UUID", "parentUUID"});
@@ -219,7 +216,9 @@ Template buildTemplate(const DefaultList& defaults) {
     for (const Default& d : defaults) {
         KeyId key = internKey(d.key);
         switch (d.kind) {
-        case DefaultKind::Text: t.properties.set(key, Value::string(d.text)); break;
+        case DefaultKind::Text:
+            t.properties.set(key, Value::string(d.text));
+            break;
         case DefaultKind::Float:
             t.properties.set(key, Value::floatValue(static_cast<float>(d.number)));
             break;
@@ -229,12 +228,16 @@ Template buildTemplate(const DefaultList& defaults) {
         case DefaultKind::Integer:
             t.properties.set(key, Value::integer(static_cast<int64_t>(d.number)));
             break;
-        case DefaultKind::Bool: t.properties.set(key, Value::boolean(false)); break;
+        case DefaultKind::Bool:
+            t.properties.set(key, Value::boolean(false));
+            break;
         case DefaultKind::Now:
             t.properties.set(key, Value::date({}));
             t.nowKeys.push_back(key);
             break;
-        case DefaultKind::Image: t.properties.set(key, Value::image(d.text)); break;
+        case DefaultKind::Image:
+            t.properties.set(key, Value::image(d.text));
+            break;
         }
     }
     return t;
@@ -242,10 +245,10 @@ Template buildTemplate(const DefaultList& defaults) {
 
 const Template& templateOf(RecordClass cls) {
     static const std::array<Template, 11> templates{
-        buildTemplate(clientDefaults()),    buildTemplate(yearDefaults()),
-        buildTemplate(periodDefaults()),    buildTemplate(itemDefaults()),
-        buildTemplate(accountDefaults()),   buildTemplate(groupDefaults()),
-        buildTemplate(fileDefaults()),      buildTemplate(cashbookDefaults()),
+        buildTemplate(clientDefaults()),       buildTemplate(yearDefaults()),
+        buildTemplate(periodDefaults()),       buildTemplate(itemDefaults()),
+        buildTemplate(accountDefaults()),      buildTemplate(groupDefaults()),
+        buildTemplate(fileDefaults()),         buildTemplate(cashbookDefaults()),
         buildTemplate(cashBookItemDefaults()), buildTemplate(allowanceDefaults()),
         buildTemplate(inventoryDefaults()),
     };
@@ -254,7 +257,9 @@ const Template& templateOf(RecordClass cls) {
 
 } // namespace
 
-const ClassInfo& classInfo(RecordClass cls) { return classTable().at(static_cast<size_t>(cls)); }
+const ClassInfo& classInfo(RecordClass cls) {
+    return classTable().at(static_cast<size_t>(cls));
+}
 
 RecordClass recordClassNamed(std::string_view name) {
     for (const ClassInfo& info : classTable())
@@ -274,11 +279,14 @@ Ref<Record> Record::make(RecordClass cls, Date now) {
     if (cls == RecordClass::Foreign) return r;
     const Template& t = templateOf(cls);
     r->m_properties = t.properties;
-    for (KeyId key : t.nowKeys) r->m_properties.set(key, Value::date(now));
+    for (KeyId key : t.nowKeys)
+        r->m_properties.set(key, Value::date(now));
     return r;
 }
 
-Ref<Record> Record::makeBare(RecordClass cls) { return Ref<Record>(new Record(cls)); }
+Ref<Record> Record::makeBare(RecordClass cls) {
+    return Ref<Record>(new Record(cls));
+}
 
 Ref<Record> Record::makeForeign(std::string className, std::vector<std::string> classChain) {
     Ref<Record> r(new Record(RecordClass::Foreign));

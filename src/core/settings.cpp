@@ -92,12 +92,14 @@ Value writableValue(const Value& value, int depth = 1) {
         return Value::doubleValue(value.asDate().sinceReferenceDate);
     case Kind::Dict: {
         DictEntries entries;
-        for (const auto& [key, v] : value.asDict()) entries.emplace_back(key, writableValue(v, depth + 1));
+        for (const auto& [key, v] : value.asDict())
+            entries.emplace_back(key, writableValue(v, depth + 1));
         return Value::dict(std::move(entries));
     }
     case Kind::Array: {
         ArrayElements elements;
-        for (const Value& v : value.asArray()) elements.push_back(writableValue(v, depth + 1));
+        for (const Value& v : value.asArray())
+            elements.push_back(writableValue(v, depth + 1));
         return Value::array(std::move(elements));
     }
     default:
@@ -273,8 +275,8 @@ std::optional<std::string> loadSettingsSafely(Settings& settings) {
     std::filesystem::path aside = settings.file();
     aside += ".unlesbar-" + std::to_string(stamp);
     std::filesystem::rename(settings.file(), aside, ec);
-    std::string notice = "Die Einstellungen konnten nicht gelesen werden (" +
-                         loaded.error().message + "). ";
+    std::string notice =
+        "Die Einstellungen konnten nicht gelesen werden (" + loaded.error().message + "). ";
     if (ec)
         notice += "Die Datei bleibt, wie sie ist.";
     else

@@ -4,12 +4,12 @@
 
 #include <algorithm>
 #include <cctype>
-#include <charconv>
-#include <limits>
 #include <cerrno>
+#include <charconv>
 #include <cmath>
 #include <cstdlib>
 #include <cstring>
+#include <limits>
 
 namespace zifora::core {
 
@@ -45,19 +45,32 @@ const ArrayElements& emptyArray() {
 
 std::string_view kindName(Kind kind) {
     switch (kind) {
-    case Kind::Absent: return "absent";
-    case Kind::String: return "string";
-    case Kind::Float: return "float";
-    case Kind::Int: return "int";
-    case Kind::Integer: return "integer";
-    case Kind::Double: return "double";
-    case Kind::Bool: return "bool";
-    case Kind::Date: return "date";
-    case Kind::Image: return "image";
-    case Kind::Data: return "data";
-    case Kind::Dict: return "dict";
-    case Kind::Array: return "array";
-    case Kind::Record: return "record";
+    case Kind::Absent:
+        return "absent";
+    case Kind::String:
+        return "string";
+    case Kind::Float:
+        return "float";
+    case Kind::Int:
+        return "int";
+    case Kind::Integer:
+        return "integer";
+    case Kind::Double:
+        return "double";
+    case Kind::Bool:
+        return "bool";
+    case Kind::Date:
+        return "date";
+    case Kind::Image:
+        return "image";
+    case Kind::Data:
+        return "data";
+    case Kind::Dict:
+        return "dict";
+    case Kind::Array:
+        return "array";
+    case Kind::Record:
+        return "record";
     }
     return "absent";
 }
@@ -69,8 +82,10 @@ bool Value::holdsShared() const {
     case Kind::Data:
     case Kind::Dict:
     case Kind::Array:
-    case Kind::Record: return m_u.p != nullptr;
-    default: return false;
+    case Kind::Record:
+        return m_u.p != nullptr;
+    default:
+        return false;
     }
 }
 
@@ -114,7 +129,9 @@ Value& Value::operator=(Value&& o) noexcept {
     return *this;
 }
 
-Value::~Value() { releasePayload(); }
+Value::~Value() {
+    releasePayload();
+}
 
 Value Value::string(std::string_view text) {
     Value v;
@@ -221,32 +238,48 @@ bool Value::isNumber() const {
     case Kind::Int:
     case Kind::Integer:
     case Kind::Double:
-    case Kind::Bool: return true;
-    default: return false;
+    case Kind::Bool:
+        return true;
+    default:
+        return false;
     }
 }
 
 float Value::toFloat() const {
     switch (m_kind) {
-    case Kind::Float: return m_u.f;
-    case Kind::Int: return static_cast<float>(m_u.i);
-    case Kind::Integer: return static_cast<float>(m_u.n);
-    case Kind::Double: return static_cast<float>(m_u.d);
-    case Kind::Bool: return m_u.b ? 1.0f : 0.0f;
-    case Kind::String: return floatFromText(text());
-    default: return 0.0f;
+    case Kind::Float:
+        return m_u.f;
+    case Kind::Int:
+        return static_cast<float>(m_u.i);
+    case Kind::Integer:
+        return static_cast<float>(m_u.n);
+    case Kind::Double:
+        return static_cast<float>(m_u.d);
+    case Kind::Bool:
+        return m_u.b ? 1.0f : 0.0f;
+    case Kind::String:
+        return floatFromText(text());
+    default:
+        return 0.0f;
     }
 }
 
 double Value::toDouble() const {
     switch (m_kind) {
-    case Kind::Float: return m_u.f;
-    case Kind::Int: return m_u.i;
-    case Kind::Integer: return static_cast<double>(m_u.n);
-    case Kind::Double: return m_u.d;
-    case Kind::Bool: return m_u.b ? 1.0 : 0.0;
-    case Kind::String: return doubleFromText(text());
-    default: return 0.0;
+    case Kind::Float:
+        return m_u.f;
+    case Kind::Int:
+        return m_u.i;
+    case Kind::Integer:
+        return static_cast<double>(m_u.n);
+    case Kind::Double:
+        return m_u.d;
+    case Kind::Bool:
+        return m_u.b ? 1.0 : 0.0;
+    case Kind::String:
+        return doubleFromText(text());
+    default:
+        return 0.0;
     }
 }
 
@@ -261,13 +294,20 @@ int64_t saturatingInteger(double d) {
 
 int64_t Value::toInteger() const {
     switch (m_kind) {
-    case Kind::Float: return saturatingInteger(m_u.f);
-    case Kind::Int: return m_u.i;
-    case Kind::Integer: return m_u.n;
-    case Kind::Double: return saturatingInteger(m_u.d);
-    case Kind::Bool: return m_u.b ? 1 : 0;
-    case Kind::String: return integerFromText(text());
-    default: return 0;
+    case Kind::Float:
+        return saturatingInteger(m_u.f);
+    case Kind::Int:
+        return m_u.i;
+    case Kind::Integer:
+        return m_u.n;
+    case Kind::Double:
+        return saturatingInteger(m_u.d);
+    case Kind::Bool:
+        return m_u.b ? 1 : 0;
+    case Kind::String:
+        return integerFromText(text());
+    default:
+        return 0;
     }
 }
 
@@ -282,13 +322,20 @@ int32_t Value::toInt() const {
 
 bool Value::toBool() const {
     switch (m_kind) {
-    case Kind::Bool: return m_u.b;
-    case Kind::Float: return m_u.f != 0.0f;
-    case Kind::Int: return m_u.i != 0;
-    case Kind::Integer: return m_u.n != 0;
-    case Kind::Double: return m_u.d != 0.0;
-    case Kind::String: return boolFromText(text());
-    default: return false;
+    case Kind::Bool:
+        return m_u.b;
+    case Kind::Float:
+        return m_u.f != 0.0f;
+    case Kind::Int:
+        return m_u.i != 0;
+    case Kind::Integer:
+        return m_u.n != 0;
+    case Kind::Double:
+        return m_u.d != 0.0;
+    case Kind::String:
+        return boolFromText(text());
+    default:
+        return false;
     }
 }
 
@@ -298,7 +345,9 @@ const std::string& Value::text() const {
     return emptyText();
 }
 
-Date Value::toDate() const { return m_kind == Kind::Date ? Date{m_u.d} : Date{}; }
+Date Value::toDate() const {
+    return m_kind == Kind::Date ? Date{m_u.d} : Date{};
+}
 
 const DictEntries& Value::asDict() const {
     if (m_kind == Kind::Dict && m_u.p) return static_cast<const DictPayload*>(m_u.p)->entries;
@@ -315,7 +364,9 @@ Record* Value::asRecord() const {
     return const_cast<Record*>(static_cast<const Record*>(m_u.p));
 }
 
-Ref<Record> Value::recordRef() const { return Ref<Record>(asRecord()); }
+Ref<Record> Value::recordRef() const {
+    return Ref<Record>(asRecord());
+}
 
 Value Value::operator[](std::string_view key) const {
     for (const auto& [k, v] : asDict())
@@ -326,31 +377,44 @@ Value Value::operator[](std::string_view key) const {
 bool operator==(const Value& a, const Value& b) {
     if (a.m_kind != b.m_kind) return false;
     switch (a.m_kind) {
-    case Kind::Absent: return true;
+    case Kind::Absent:
+        return true;
     case Kind::String:
     case Kind::Image:
-    case Kind::Data: return a.text() == b.text();
-    case Kind::Float: return std::memcmp(&a.m_u.f, &b.m_u.f, sizeof(float)) == 0;
-    case Kind::Int: return a.m_u.i == b.m_u.i;
-    case Kind::Integer: return a.m_u.n == b.m_u.n;
+    case Kind::Data:
+        return a.text() == b.text();
+    case Kind::Float:
+        return std::memcmp(&a.m_u.f, &b.m_u.f, sizeof(float)) == 0;
+    case Kind::Int:
+        return a.m_u.i == b.m_u.i;
+    case Kind::Integer:
+        return a.m_u.n == b.m_u.n;
     case Kind::Double:
-    case Kind::Date: return std::memcmp(&a.m_u.d, &b.m_u.d, sizeof(double)) == 0;
-    case Kind::Bool: return a.m_u.b == b.m_u.b;
-    case Kind::Dict: return a.asDict() == b.asDict();
-    case Kind::Array: return a.asArray() == b.asArray();
-    case Kind::Record: return a.m_u.p == b.m_u.p;
+    case Kind::Date:
+        return std::memcmp(&a.m_u.d, &b.m_u.d, sizeof(double)) == 0;
+    case Kind::Bool:
+        return a.m_u.b == b.m_u.b;
+    case Kind::Dict:
+        return a.asDict() == b.asDict();
+    case Kind::Array:
+        return a.asArray() == b.asArray();
+    case Kind::Record:
+        return a.m_u.p == b.m_u.p;
     }
     return false;
 }
 
 namespace {
 
-bool isBlank(char c) { return c == ' ' || c == '\t' || c == '\n' || c == '\r' || c == '\f'; }
+bool isBlank(char c) {
+    return c == ' ' || c == '\t' || c == '\n' || c == '\r' || c == '\f';
+}
 
 // The longest prefix of `text` (after blanks) that reads as a decimal number.
 std::string numberPrefix(std::string_view text, bool allowFraction) {
     size_t i = 0;
-    while (i < text.size() && isBlank(text[i])) ++i;
+    while (i < text.size() && isBlank(text[i]))
+        ++i;
     std::string out;
     if (i < text.size() && (text[i] == '+' || text[i] == '-')) out += text[i++];
     size_t digits = 0;
@@ -396,8 +460,9 @@ template <typename T> T parsePrefix(std::string_view text) {
     if (ec == std::errc::result_out_of_range) {
         bool negative = prefix.front() == '-';
         // Too large: infinity; too small: zero, as the C library reads it.
-        bool tiny = prefix.find_first_of("123456789") != std::string::npos &&
-                    (prefix.find("e-") != std::string::npos || prefix.find("E-") != std::string::npos);
+        bool tiny =
+            prefix.find_first_of("123456789") != std::string::npos &&
+            (prefix.find("e-") != std::string::npos || prefix.find("E-") != std::string::npos);
         T magnitude = tiny ? T{0} : std::numeric_limits<T>::infinity();
         return negative ? -magnitude : magnitude;
     }
@@ -405,9 +470,13 @@ template <typename T> T parsePrefix(std::string_view text) {
     return value;
 }
 
-double doubleFromText(std::string_view text) { return parsePrefix<double>(text); }
+double doubleFromText(std::string_view text) {
+    return parsePrefix<double>(text);
+}
 
-float floatFromText(std::string_view text) { return parsePrefix<float>(text); }
+float floatFromText(std::string_view text) {
+    return parsePrefix<float>(text);
+}
 
 int64_t integerFromText(std::string_view text) {
     std::string prefix = numberPrefix(text, /*allowFraction=*/false);
@@ -420,9 +489,11 @@ int64_t integerFromText(std::string_view text) {
 bool boolFromText(std::string_view text) {
     // True for a leading Y, y, T, t or a non-zero digit, after blanks, a sign and zeros.
     size_t i = 0;
-    while (i < text.size() && isBlank(text[i])) ++i;
+    while (i < text.size() && isBlank(text[i]))
+        ++i;
     if (i < text.size() && (text[i] == '+' || text[i] == '-')) ++i;
-    while (i < text.size() && text[i] == '0') ++i;
+    while (i < text.size() && text[i] == '0')
+        ++i;
     if (i >= text.size()) return false;
     char c = text[i];
     return c == 'Y' || c == 'y' || c == 'T' || c == 't' || (c >= '1' && c <= '9');
@@ -442,7 +513,8 @@ bool recordNestsWithin(const Record& record, int levels) {
     record.properties().forEachId([&](KeyId, const Value& member) {
         // Texts and numbers, the most of them, need no call.
         const Kind kind = member.kind();
-        if (kind == Kind::Dict || kind == Kind::Array || kind == Kind::Record || kind == Kind::Image)
+        if (kind == Kind::Dict || kind == Kind::Array || kind == Kind::Record ||
+            kind == Kind::Image)
             fits = fits && nestsWithin(member, propertyLevels);
     });
     for (size_t i = 0; i < record.listCount() && fits; ++i)
@@ -458,7 +530,8 @@ bool nestsWithin(const Value& value, int levels) {
     if (value.isAbsent()) return true;
     if (levels < 0) return false;
     switch (value.kind()) {
-    case Kind::Image: return levels >= 1;
+    case Kind::Image:
+        return levels >= 1;
     case Kind::Dict:
         for (const auto& [key, member] : value.asDict())
             if (!nestsWithin(member, levels - 1)) return false;
@@ -467,8 +540,10 @@ bool nestsWithin(const Value& value, int levels) {
         for (const Value& member : value.asArray())
             if (!nestsWithin(member, levels - 1)) return false;
         return true;
-    case Kind::Record: return recordNestsWithin(*value.asRecord(), levels);
-    default: return true;
+    case Kind::Record:
+        return recordNestsWithin(*value.asRecord(), levels);
+    default:
+        return true;
     }
 }
 

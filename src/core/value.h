@@ -44,8 +44,7 @@ template <typename T> class Ref {
     }
     Ref(Ref&& o) noexcept : m_p(std::exchange(o.m_p, nullptr)) {}
     template <typename U>
-        requires std::is_convertible_v<U*, T*>
-    Ref(const Ref<U>& o) : Ref(o.get()) {}
+    requires std::is_convertible_v<U*, T*> Ref(const Ref<U>& o) : Ref(o.get()) {}
     ~Ref() {
         if (m_p) m_p->release();
     }

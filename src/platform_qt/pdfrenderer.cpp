@@ -17,12 +17,12 @@
 #include <QTextDocument>
 
 #include <algorithm>
-#include <vector>
 #include <clocale>
 #include <cmath>
 #include <cstdio>
 #include <filesystem>
 #include <mutex>
+#include <vector>
 
 namespace zifora::platform_qt {
 

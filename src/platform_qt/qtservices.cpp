@@ -10,9 +10,9 @@
 #include <QFileInfo>
 #include <QMessageBox>
 #include <QProcess>
+#include <QPushButton>
 #include <QScreen>
 #include <QTemporaryDir>
-#include <QPushButton>
 #include <QTimer>
 #include <QUrl>
 
@@ -20,13 +20,18 @@ namespace zifora::platform_qt {
 
 namespace {
 
-QString qs(const std::string& s) { return QString::fromStdString(s); }
+QString qs(const std::string& s) {
+    return QString::fromStdString(s);
+}
 
 QMessageBox::Icon iconOf(shell::AlertStyle style) {
     switch (style) {
-    case shell::AlertStyle::Informational: return QMessageBox::Information;
-    case shell::AlertStyle::Warning: return QMessageBox::Warning;
-    case shell::AlertStyle::Critical: return QMessageBox::Critical;
+    case shell::AlertStyle::Informational:
+        return QMessageBox::Information;
+    case shell::AlertStyle::Warning:
+        return QMessageBox::Warning;
+    case shell::AlertStyle::Critical:
+        return QMessageBox::Critical;
     }
     return QMessageBox::Warning;
 }
@@ -41,7 +46,8 @@ int QtUi::alert(const shell::AlertRequest& request) {
     box.setInformativeText(qs(request.text));
     box.setTextFormat(Qt::RichText);
     std::vector<QPushButton*> buttons;
-    std::vector<std::string> labels = request.buttons.empty() ? std::vector<std::string>{"OK"} : request.buttons;
+    std::vector<std::string> labels =
+        request.buttons.empty() ? std::vector<std::string>{"OK"} : request.buttons;
     for (size_t i = 0; i < labels.size(); ++i) {
         auto role = i == 0 ? QMessageBox::AcceptRole
                            : (i == 1 ? QMessageBox::RejectRole : QMessageBox::DestructiveRole);
@@ -58,13 +64,16 @@ int QtUi::alert(const shell::AlertRequest& request) {
     return buttons.size() > 1 ? 0 : 1;
 }
 
-void QtUi::beep() { QApplication::beep(); }
+void QtUi::beep() {
+    QApplication::beep();
+}
 
 std::optional<std::string> QtUi::chooseFile(const shell::DialogRequest& request) {
     QString filter;
     if (!request.extensions.empty()) {
         QStringList patterns;
-        for (const auto& e : request.extensions) patterns << QStringLiteral("*.") + qs(e);
+        for (const auto& e : request.extensions)
+            patterns << QStringLiteral("*.") + qs(e);
         filter = patterns.join(' ');
         filter = QStringLiteral("(%1)").arg(filter);
     }
@@ -75,8 +84,8 @@ std::optional<std::string> QtUi::chooseFile(const shell::DialogRequest& request)
         result = QFileDialog::getOpenFileName(m_parent, qs(request.title), folder, filter);
         break;
     case shell::DialogKind::Save: {
-        QString suggested = folder.isEmpty() ? qs(request.suggestedName)
-                                             : folder + '/' + qs(request.suggestedName);
+        QString suggested =
+            folder.isEmpty() ? qs(request.suggestedName) : folder + '/' + qs(request.suggestedName);
         result = QFileDialog::getSaveFileName(m_parent, qs(request.title), suggested, filter);
         break;
     }
@@ -156,14 +165,16 @@ bool QtWorkspace::revealFile(const std::string& path) {
 
 bool QtWorkspace::launch(const std::string& program, const std::vector<std::string>& arguments) {
     QStringList args;
-    for (const auto& a : arguments) args << qs(a);
+    for (const auto& a : arguments)
+        args << qs(a);
     return QProcess::startDetached(qs(program), args);
 }
 
 bool QtWorkspace::composeMail(const std::string& to, const std::string& subject,
                               const std::vector<std::string>& attachments) {
     QStringList args{QStringLiteral("--subject"), qs(subject)};
-    for (const auto& a : attachments) args << QStringLiteral("--attach") << qs(a);
+    for (const auto& a : attachments)
+        args << QStringLiteral("--attach") << qs(a);
     args << qs(to);
     return QProcess::startDetached(QStringLiteral("xdg-email"), args);
 }
@@ -175,14 +186,19 @@ void QtWorkspace::terminate() {
                               Qt::QueuedConnection);
 }
 
-QtUi::~QtUi() { delete m_preview.data(); }
+QtUi::~QtUi() {
+    delete m_preview.data();
+}
 
 void QtUi::preview(const std::string& pdfPath, const std::string& title) {
     const QString path = qs(pdfPath);
     if (m_settings && m_settings->getBool("loadInPreview.app")) {
         if (!QDesktopServices::openUrl(QUrl::fromLocalFile(path)))
-            alert({"Fehler!", pdfPath + ": kein Programm zum Anzeigen von PDF-Dateien gefunden.",
-                   {"OK"}, shell::AlertStyle::Critical, {}});
+            alert({"Fehler!",
+                   pdfPath + ": kein Programm zum Anzeigen von PDF-Dateien gefunden.",
+                   {"OK"},
+                   shell::AlertStyle::Critical,
+                   {}});
         return;
     }
     if (!m_preview) {
@@ -203,8 +219,11 @@ void QtUi::preview(const std::string& pdfPath, const std::string& title) {
                          });
     }
     if (!m_preview->open(path, qs(title))) {
-        alert({"Fehler!", pdfPath + ": die Datei lässt sich nicht als PDF lesen.", {"OK"},
-               shell::AlertStyle::Critical, {}});
+        alert({"Fehler!",
+               pdfPath + ": die Datei lässt sich nicht als PDF lesen.",
+               {"OK"},
+               shell::AlertStyle::Critical,
+               {}});
         return;
     }
     // Centred on the screen of the main window.

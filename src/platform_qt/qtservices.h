@@ -28,7 +28,9 @@ class QtUi final : public shell::Ui {
     /// The window that alerts and dialogs belong to (may change while running).
     void setParentWindow(QWidget* window) { m_parent = window; }
     using WindowHandler = std::function<void(bool show)>;
-    void addWindow(const std::string& name, WindowHandler handler) { m_windows[name] = std::move(handler); }
+    void addWindow(const std::string& name, WindowHandler handler) {
+        m_windows[name] = std::move(handler);
+    }
 
     int alert(const shell::AlertRequest& request) override;
     void beep() override;

@@ -1,14 +1,14 @@
 #include "program/demobook.h"
 
+#include "core/chartfiles.h"
 #include "core/civildate.h"
+#include "core/jsondump.h"
 #include "core/settings.h"
 #include "core/utf8.h"
 #include "posting/itemcalculation.h"
 #include "posting/numberformat.h"
 #include "program/headlessprogram.h"
-#include "core/chartfiles.h"
 #include "shell/headless.h"
-#include "core/jsondump.h"
 
 #include <array>
 #include <cstdio>
@@ -77,20 +77,21 @@ struct Posting {
 };
 
 Posting typed(int kind, std::string title, int64_t cents, int taxTag, std::string account,
-                std::string group, int day) {
-    return {kind, std::move(title), cents, taxTag, std::move(account), std::move(group), day, false, {}};
+              std::string group, int day) {
+    return {kind, std::move(title), cents, taxTag, std::move(account), std::move(group), day, false,
+            {}};
 }
 
 Posting income(std::string title, int64_t cents, int taxTag, std::string account, std::string group,
                int day) {
     return typed(posting::kKindIncome, std::move(title), cents, taxTag, std::move(account),
-                   std::move(group), day);
+                 std::move(group), day);
 }
 
 Posting expense(std::string title, int64_t cents, int taxTag, std::string account,
                 std::string group, int day) {
     return typed(posting::kKindExpense, std::move(title), cents, taxTag, std::move(account),
-                   std::move(group), day);
+                 std::move(group), day);
 }
 
 /// The postings that come every month; in January they are typed, and become templates.
@@ -309,7 +310,8 @@ class DemoBookMaker {
             if (arranged[i]->getText("title") == p.title)
                 templates.setSelectionIndex(static_cast<int64_t>(i));
         run("selectTemplateSearchSheet:");
-        m_s.services.scheduler.advance(0.2); // the calculation and the account check follow the choice
+        m_s.services.scheduler.advance(
+            0.2); // the calculation and the account check follow the choice
         field("datePicker", Value::date(dateOf(month, p.day)));
         run("calculateItem:");
         run("closeItemSheet:");
@@ -356,7 +358,8 @@ class DemoBookMaker {
     }
 
     DemoBook totals() {
-        DemoBook book{m_home, core::joinPath(m_s.places.dataFolder, "Zifora.zfdb4"), kCompany, kYear, {}};
+        DemoBook book{
+            m_home, core::joinPath(m_s.places.dataFolder, "Zifora.zfdb4"), kCompany, kYear, {}};
         for (core::Record* period : m_periods) {
             m_s.session().selection().lists.select(period);
             m_s.session().selectionChanged();

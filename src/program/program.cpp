@@ -17,10 +17,10 @@
 #include "bookkeeping/totalscontroller.h"
 #include "bookkeeping/yearcontroller.h"
 #include "core/chartfiles.h"
+#include "core/resourcefolders.h"
 #include "reports/settlementjournalcontroller.h"
 #include "vat/advancereturncontroller.h"
 #include "vat/elstercontroller.h"
-#include "core/resourcefolders.h"
 
 namespace zifora::program {
 
@@ -32,7 +32,9 @@ template <typename F, typename... Args> F& Program::add(Args&&... args) {
 }
 
 // The order is the order in which the features hear the events they share.
-Resources Resources::find() { return {core::findChartsFolder(), core::findHelpFolder()}; }
+Resources Resources::find() {
+    return {core::findChartsFolder(), core::findHelpFolder()};
+}
 
 Program::Program(shell::Services services, core::Places places, core::Settings& settings,
                  Resources resources)
@@ -66,6 +68,8 @@ void Program::start() {
     m_session.run("awakeFromNib");
 }
 
-void Program::stop() { m_session.run("applicationWillTerminate"); }
+void Program::stop() {
+    m_session.run("applicationWillTerminate");
+}
 
 } // namespace zifora::program

@@ -6,15 +6,24 @@ namespace zifora::shell {
 
 std::string_view menuTitle(Menu menu) {
     switch (menu) {
-    case Menu::None: return "";
-    case Menu::File: return "&Ablage";
-    case Menu::Books: return "&Bücher";
-    case Menu::Items: return "&Posten";
-    case Menu::MasterData: return "&Stammdaten";
-    case Menu::Clients: return "Ben&utzer";
-    case Menu::Places: return "Sp&eicherorte";
-    case Menu::Database: return "&Datenbank";
-    case Menu::Help: return "&Hilfe";
+    case Menu::None:
+        return "";
+    case Menu::File:
+        return "&Ablage";
+    case Menu::Books:
+        return "&Bücher";
+    case Menu::Items:
+        return "&Posten";
+    case Menu::MasterData:
+        return "&Stammdaten";
+    case Menu::Clients:
+        return "Ben&utzer";
+    case Menu::Places:
+        return "Sp&eicherorte";
+    case Menu::Database:
+        return "&Datenbank";
+    case Menu::Help:
+        return "&Hilfe";
     }
     return "";
 }
@@ -67,13 +76,15 @@ std::optional<CommandResult> CommandCatalog::run(std::string_view name,
     const std::string command = it->first;
     const Handler handler = it->second.handler;
     CommandResult result = handler(sender);
-    for (const Observer& observer : m_observers) observer(command, result);
+    for (const Observer& observer : m_observers)
+        observer(command, result);
     return result;
 }
 
 std::vector<const CommandInfo*> CommandCatalog::all() const {
     std::vector<const CommandInfo*> out;
-    for (const auto& [name, entry] : m_entries) out.push_back(&entry.info);
+    for (const auto& [name, entry] : m_entries)
+        out.push_back(&entry.info);
     return out;
 }
 
@@ -89,7 +100,8 @@ std::vector<const CommandInfo*> CommandCatalog::menuEntries(Menu menu) const {
 
 std::vector<std::string> CommandCatalog::names() const {
     std::vector<std::string> out;
-    for (const auto& [name, entry] : m_entries) out.push_back(name);
+    for (const auto& [name, entry] : m_entries)
+        out.push_back(name);
     return out;
 }
 

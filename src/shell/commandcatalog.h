@@ -45,8 +45,8 @@ enum class Menu { None, File, Books, Items, MasterData, Clients, Places, Databas
 
 /// What is known of a command besides its handler.
 struct CommandInfo {
-    std::string name;     // the action name ("addYear:")
-    std::string label;    // German, as menus show it; "&" marks the key of the mnemonic
+    std::string name;  // the action name ("addYear:")
+    std::string label; // German, as menus show it; "&" marks the key of the mnemonic
     Menu menu = Menu::None;
     int position = 0;     // the place in its menu, ascending
     std::string shortcut; // portable key text ("Ctrl+Shift+J")
@@ -77,7 +77,7 @@ class CommandCatalog {
 
     /// The same for a handler that returns nothing: it counts as done.
     template <typename F>
-        requires std::is_void_v<std::invoke_result_t<F, const CommandSender&>>
+    requires std::is_void_v<std::invoke_result_t<F, const CommandSender&>>
     void add(CommandInfo info, F handler) {
         add(std::move(info), Handler([h = std::move(handler)](const CommandSender& s) {
                 h(s);

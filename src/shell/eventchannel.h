@@ -23,7 +23,8 @@ class EventChannel {
         if (it == m_observers.end()) return;
         // An observer may subscribe others; they hear the next event.
         const auto observers = it->second;
-        for (const auto& observer : observers) observer(&event);
+        for (const auto& observer : observers)
+            observer(&event);
     }
 
   private:

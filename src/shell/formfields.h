@@ -34,7 +34,7 @@ class FormFields {
 
 /// A drag of rows from one list onto another list (or onto a row of it).
 struct DragRequest {
-    std::string list;         // "items", "periods", "accounts", "groups", "templates", "years", "clients"
+    std::string list; // "items", "periods", "accounts", "groups", "templates", "years", "clients"
     std::vector<size_t> rows; // arranged indexes of the dragged rows
     std::string targetList;
     std::optional<size_t> targetRow; // none: dropped between rows or at the end

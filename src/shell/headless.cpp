@@ -17,7 +17,8 @@ void repairTexts(EventJson& json) {
         const auto& text = json.get_ref<const std::string&>();
         if (!core::isValidUtf8(text)) json = core::repairedUtf8(text);
     } else if (json.is_structured()) {
-        for (auto& child : json) repairTexts(child);
+        for (auto& child : json)
+            repairTexts(child);
     }
 }
 
@@ -29,9 +30,12 @@ EventJson points(double value) {
 
 const char* dialogKindName(DialogKind kind) {
     switch (kind) {
-    case DialogKind::Open: return "open";
-    case DialogKind::Save: return "save";
-    case DialogKind::Folder: return "folder";
+    case DialogKind::Open:
+        return "open";
+    case DialogKind::Save:
+        return "save";
+    case DialogKind::Folder:
+        return "folder";
     }
     return "open";
 }
@@ -70,7 +74,9 @@ int ScriptedUi::alert(const AlertRequest& request) {
     return answer;
 }
 
-void ScriptedUi::beep() { m_log.emit({{"beep", true}}); }
+void ScriptedUi::beep() {
+    m_log.emit({{"beep", true}});
+}
 
 std::optional<std::string> ScriptedUi::chooseFile(const DialogRequest& request) {
     bool queued = !m_choices.empty();
@@ -105,8 +111,9 @@ bool ScriptedUi::print(const PrintRequest& request) {
     m_log.emit({{"print",
                  {{"path", request.pdfPath},
                   {"title", request.title},
-                  {"margins", {points(request.marginTop), points(request.marginLeft),
-                               points(request.marginRight), points(request.marginBottom)}}}}});
+                  {"margins",
+                   {points(request.marginTop), points(request.marginLeft),
+                    points(request.marginRight), points(request.marginBottom)}}}}});
     return true;
 }
 
@@ -124,19 +131,21 @@ TimerId VirtualScheduler::every(double seconds, std::function<void()> task) {
     return schedule(seconds, std::max(seconds, 0.001), std::move(task));
 }
 
-void VirtualScheduler::cancel(TimerId id) { m_tasks.erase(id); }
+void VirtualScheduler::cancel(TimerId id) {
+    m_tasks.erase(id);
+}
 
 void VirtualScheduler::advance(double seconds) {
     // The time stays a number: it stops at the largest there is.
-    const double target = std::min(m_now + std::max(0.0, seconds), std::numeric_limits<double>::max());
+    const double target =
+        std::min(m_now + std::max(0.0, seconds), std::numeric_limits<double>::max());
     // Small tolerance, so that 0.1 + 0.2 seconds of delays fall due at 0.3.
     const double epsilon = 1e-9;
     std::map<TimerId, int> ticks; // per periodic timer: its runs in this advance
     for (;;) {
         auto next = m_tasks.end();
         for (auto it = m_tasks.begin(); it != m_tasks.end(); ++it)
-            if (next == m_tasks.end() || it->second.due < next->second.due - epsilon)
-                next = it;
+            if (next == m_tasks.end() || it->second.due < next->second.due - epsilon) next = it;
         if (next == m_tasks.end() || next->second.due > target + epsilon) break;
         m_now = std::max(m_now, next->second.due);
         Task& task = next->second;
@@ -176,7 +185,8 @@ bool RecordingWorkspace::revealFile(const std::string& path) {
     return true;
 }
 
-bool RecordingWorkspace::launch(const std::string& program, const std::vector<std::string>& arguments) {
+bool RecordingWorkspace::launch(const std::string& program,
+                                const std::vector<std::string>& arguments) {
     m_log.emit({{"launch", {{"program", program}, {"arguments", arguments}}}});
     return true;
 }

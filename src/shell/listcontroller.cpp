@@ -25,7 +25,8 @@ const std::vector<Record*>& ListController::arranged() const {
     m_arranged.clear();
     if (m_content) {
         m_arranged.reserve(m_content->size());
-        for (const auto& r : *m_content) m_arranged.push_back(r.get());
+        for (const auto& r : *m_content)
+            m_arranged.push_back(r.get());
         if (!m_sortKey.empty()) {
             core::KeyId key = core::internKey(m_sortKey);
             std::stable_sort(m_arranged.begin(), m_arranged.end(), [key](Record* a, Record* b) {
@@ -42,7 +43,9 @@ const std::vector<Record*>& ListController::arranged() const {
     return m_arranged;
 }
 
-Record* ListController::selected() const { return selectionIndex() ? m_selected.get() : nullptr; }
+Record* ListController::selected() const {
+    return selectionIndex() ? m_selected.get() : nullptr;
+}
 
 std::optional<size_t> ListController::selectionIndex() const {
     if (!m_selected || !m_content) return std::nullopt;
@@ -62,7 +65,9 @@ void ListController::setSelectionIndex(std::optional<int64_t> index) {
     m_selected = core::Ref<Record>(shown[i]);
 }
 
-void ListController::select(Record* record) { m_selected = core::Ref<Record>(record); }
+void ListController::select(Record* record) {
+    m_selected = core::Ref<Record>(record);
+}
 
 int64_t ListController::storedSelectionIndex() const {
     auto index = selectionIndex();
@@ -83,8 +88,10 @@ void ListController::removeAt(size_t arrangedIndex) {
     std::erase_if(*m_content, [victim](const core::Ref<Record>& r) { return r.get() == victim; });
     m_arrangedValid = false;
     const auto& after = arranged();
-    if (after.empty()) m_selected = {};
-    else m_selected = core::Ref<Record>(after[std::min(arrangedIndex, after.size() - 1)]);
+    if (after.empty())
+        m_selected = {};
+    else
+        m_selected = core::Ref<Record>(after[std::min(arrangedIndex, after.size() - 1)]);
 }
 
 } // namespace zifora::shell

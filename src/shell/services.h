@@ -132,9 +132,11 @@ class PdfRenderer {
 class NoPdfRenderer final : public PdfRenderer {
   public:
     [[nodiscard]] core::Result<void> render(const PdfRequest& request) override {
-        return core::fail(request.pdfPath + ": diese Ausgabe von Zifora kann keine PDF-Dateien erzeugen");
+        return core::fail(request.pdfPath +
+                          ": diese Ausgabe von Zifora kann keine PDF-Dateien erzeugen");
     }
-    [[nodiscard]] core::Result<void> writeRtf(const std::string&, const std::string& rtfPath) override {
+    [[nodiscard]] core::Result<void> writeRtf(const std::string&,
+                                              const std::string& rtfPath) override {
         return core::fail(rtfPath + ": diese Ausgabe von Zifora kann keine RTF-Dateien erzeugen");
     }
 };

@@ -46,9 +46,8 @@ Session::Session(Services services, core::Places places, core::Settings& setting
     m_selection.items.setSortKey("date");
     m_selection.propagate(&m_book.clients());
     // A command may change records and the selection alike.
-    m_commands.observe([this](const std::string&, const CommandResult&) {
-        m_book.changed(core::Change::All);
-    });
+    m_commands.observe(
+        [this](const std::string&, const CommandResult&) { m_book.changed(core::Change::All); });
 }
 
 Session::~Session() = default;
@@ -82,7 +81,8 @@ bool Session::flushSettings() {
             "“ sichern. Die Datei auf der Festplatte ist unverändert; deine Einstellungen "
             "gelten in diesem Lauf weiter, und Zifora versucht es beim nächsten Sichern "
             "wieder. Bitte sorge für Platz und Schreibrechte an diesem Ort.\n\nTechnische "
-            "Angabe: " + cause,
+            "Angabe: " +
+            cause,
         {"OK"},
         AlertStyle::Critical,
         {}});

@@ -12,9 +12,9 @@
 #include "core/record.h"
 #include "core/settings.h"
 #include "platform_qt/qtservices.h"
-#include "program/program.h"
 #include "posting/itemcalculation.h"
 #include "posting/valuetransformers.h"
+#include "program/program.h"
 #include "shell/session.h"
 
 #include <QAction>
@@ -757,7 +757,8 @@ void MainWindowTest::menuMnemonicsAreUnique() {
                                        clash->second + " share " + key.toString()));
         }
     }
-    QCOMPARE(gui::commandLabel(program.app->commands(), "selectNext:"), QStringLiteral("Nächster Posten"));
+    QCOMPARE(gui::commandLabel(program.app->commands(), "selectNext:"),
+             QStringLiteral("Nächster Posten"));
 
     // Alt+U opens the menu of the clients, Alt+E that of the storage places.
     for (auto [key, title] : {std::pair{Qt::Key_U, "Benutzer"}, {Qt::Key_E, "Speicherorte"}}) {

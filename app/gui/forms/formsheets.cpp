@@ -114,8 +114,7 @@ void FormSheets::registerWindows(platform_qt::QtUi& ui) {
         m_voranmeldung->showForm(show);
         alertsOn(m_voranmeldung, show);
     });
-    ui.addWindow("voranmeldungWindow.help",
-                 [this](bool show) { m_voranmeldung->showHelp(show); });
+    ui.addWindow("voranmeldungWindow.help", [this](bool show) { m_voranmeldung->showHelp(show); });
 }
 
 } // namespace zifora::gui

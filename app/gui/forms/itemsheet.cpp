@@ -1,11 +1,11 @@
 #include "forms/itemsheet.h"
 
+#include "bookkeeping/taxrates.h"
 #include "forms/datefield.h"
 #include "forms/formbinder.h"
 #include "forms/multipopover.h"
 #include "forms/popoverviews.h"
 #include "forms/segmentedchoice.h"
-#include "bookkeeping/taxrates.h"
 #include "posting/amountentry.h"
 #include "posting/numberformat.h"
 #include "shell/session.h"

@@ -67,7 +67,8 @@ void ClientFields::write(const char* key, core::Value value) {
 }
 
 ClientsPane::ClientsPane(PaneContext& context) : m_context(context), m_fields(context) {
-    m_table = new ListTable(context, context.app.selection().clients, "clients", clientEditColumns());
+    m_table =
+        new ListTable(context, context.app.selection().clients, "clients", clientEditColumns());
     m_table->setObjectName(QStringLiteral("clientsTable"));
     m_table->addButtons("createClient:", QStringLiteral("Neuer Benutzer"),
                         "deleteClient:", QStringLiteral("Ausgewählten Benutzer löschen"));

@@ -85,8 +85,8 @@ ListPane* makeAccountsPane(PaneContext& context) {
 
 ListPane* makeTemplatesPane(PaneContext& context) {
     shell::Session& app = context.app;
-    auto* table = new ListTable(context, app.selection().templates, "templates",
-                                templateColumns(app));
+    auto* table =
+        new ListTable(context, app.selection().templates, "templates", templateColumns(app));
     table->setObjectName(QStringLiteral("templatesTable"));
     QHeaderView* header = table->view()->horizontalHeader();
     for (auto [column, width] : {std::pair{0, 190}, {1, 80}, {2, 130}, {3, 170}, {4, 80}})

@@ -39,8 +39,9 @@ QString accountChoice(const core::Record& r) {
 
 /// Writes a cell through the program's template table: the template becomes the selected
 /// one, the column's field takes the value, and the program says whether it was taken.
-std::function<bool(core::Record&, const QString&)> tableWrite(shell::Session& session, const char* column,
-                                 std::function<core::Value(const QString&)> value) {
+std::function<bool(core::Record&, const QString&)>
+tableWrite(shell::Session& session, const char* column,
+           std::function<core::Value(const QString&)> value) {
     return [&session, column, value](core::Record& r, const QString& text) {
         const core::Value typed = value(text);
         if (typed.isAbsent()) return false;
@@ -62,8 +63,7 @@ std::function<core::Value(const QString&)> choiceIndex(std::function<QStringList
     };
 }
 
-EditableColumn templateTextColumn(shell::Session& session, const QString& title,
-                                  const char* key) {
+EditableColumn templateTextColumn(shell::Session& session, const QString& title, const char* key) {
     EditableColumn c = textColumn(title, key);
     c.write = tableWrite(session, key, textValue);
     return c;
@@ -97,8 +97,7 @@ EditableColumn templateGroupColumn(shell::Session& session) {
 
 EditableColumn templateAccountColumn(shell::Session& session) {
     const shell::Selection& selection = session.selection();
-    return {QStringLiteral("Konto"),
-            [](const core::Record& r) { return accountChoice(r); },
+    return {QStringLiteral("Konto"), [](const core::Record& r) { return accountChoice(r); },
             tableWrite(session, "account", textValue),
             [&selection](const core::Record& r) {
                 QStringList labels{QString()};
@@ -136,7 +135,8 @@ EditableColumn templateTaxColumn(shell::Session& session) {
 
 QStringList taxChoices(const core::Settings& settings) {
     QStringList choices;
-    for (const std::string& choice : bookkeeping::templateTaxChoices(settings)) choices << qs(choice);
+    for (const std::string& choice : bookkeeping::templateTaxChoices(settings))
+        choices << qs(choice);
     return choices;
 }
 

@@ -20,7 +20,8 @@ class ChartControllerTest : public MasterDataTest {
     }
 
     /// Writes a chart archive of the given number/title pairs in place of a built-in one.
-    void writeChart(core::BuiltInChart chart, std::vector<std::pair<std::string, std::string>> rows) {
+    void writeChart(core::BuiltInChart chart,
+                    std::vector<std::pair<std::string, std::string>> rows) {
         core::ArrayElements accounts;
         for (const auto& [number, title] : rows) {
             auto account = core::Record::make(core::RecordClass::Account, core::Date{0});

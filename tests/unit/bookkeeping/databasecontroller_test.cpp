@@ -21,7 +21,8 @@ using fixtures::HeadlessBook;
 
 size_t count(const std::string& text, const std::string& what) {
     size_t n = 0;
-    for (size_t at = text.find(what); at != std::string::npos; at = text.find(what, at + 1)) ++n;
+    for (size_t at = text.find(what); at != std::string::npos; at = text.find(what, at + 1))
+        ++n;
     return n;
 }
 
@@ -93,8 +94,8 @@ fs::path writeBook(HeadlessBook& book) {
     const fs::path database = fs::path(book.places.dataFolder) / "Zifora.zfdb4";
     core::Ref<core::Record> client = core::Book::newInstallationClient(core::Date{0});
     client->set("company", core::Value::string("Erhaltene GmbH"));
-    core::Value root = core::Value::dict(
-        {{"clients", core::Value::array({core::Value::record(client)})}});
+    core::Value root =
+        core::Value::dict({{"clients", core::Value::array({core::Value::record(client)})}});
     EXPECT_TRUE(core::writeKeyedArchiveFile(database.string(), root));
     return database;
 }
@@ -215,8 +216,8 @@ TEST(DatabaseController, NothingIsSavedBeforeTheStartHasLoadedTheBook) {
     const std::string before = contentOf(database);
     book.settings.setBool("isSaveAllowed", true);
     book.settings.setBool("isMigration_4.0_done", true);
-    for (const char* command : {"save:", "autoSave:", "saveDataToDisk", "restart:",
-                                "applicationWillTerminate", "terminate:"})
+    for (const char* command : {"save:", "autoSave:", "saveDataToDisk",
+                                "restart:", "applicationWillTerminate", "terminate:"})
         book.app.run(command);
     EXPECT_EQ(contentOf(database), before);
     EXPECT_EQ(book.events().find("\"written\""), std::string::npos);
@@ -236,8 +237,8 @@ TEST(DatabaseController, NothingIsSavedBeforeTheStartHasLoadedTheBook) {
 TEST(DatabaseController, ARootWithoutClientsIsRefusedAndKept) {
     using core::Value;
     for (const Value& root : {Value::dict({}), Value::dict({{"Clients", Value::array({})}}),
-                              Value::dict({{"clients", Value::string("x")}}),
-                              Value::array({}), Value::string("clients")}) {
+                              Value::dict({{"clients", Value::string("x")}}), Value::array({}),
+                              Value::string("clients")}) {
         HeadlessBook book;
         const fs::path database = fs::path(book.places.dataFolder) / "Zifora.zfdb4";
         ASSERT_TRUE(core::writeKeyedArchiveFile(database.string(), root));
@@ -257,8 +258,8 @@ TEST(DatabaseController, ARootWithoutClientsIsRefusedAndKept) {
     // An empty list of clients is an empty book, and stays one.
     HeadlessBook empty;
     const fs::path database = fs::path(empty.places.dataFolder) / "Zifora.zfdb4";
-    ASSERT_TRUE(core::writeKeyedArchiveFile(
-        database.string(), Value::dict({{"clients", Value::array({})}})));
+    ASSERT_TRUE(core::writeKeyedArchiveFile(database.string(),
+                                            Value::dict({{"clients", Value::array({})}})));
     empty.settings.setBool("isMigration_4.0_done", true);
     empty.app.run("init");
     empty.app.run("awakeFromNib");
@@ -288,13 +289,17 @@ TEST(DatabaseController, TheStartRemovesTheTemporaryFilesOfSavesThatDied) {
         ".Anderes.zfdb4.tmp-2147483646-0-17", // another file's
         "Zifora.zfdb4.tmp-2147483646-0-17",   // not hidden
     };
-    for (const auto& name : stale) std::ofstream(folder / name) << "halb";
-    for (const auto& name : kept) std::ofstream(folder / name) << "fremd";
+    for (const auto& name : stale)
+        std::ofstream(folder / name) << "halb";
+    for (const auto& name : kept)
+        std::ofstream(folder / name) << "fremd";
     fs::create_directories(folder / ".Zifora.zfdb4.tmp-2147483646-1-1"); // a folder: kept
     book.app.run("init");
     book.app.run("awakeFromNib");
-    for (const auto& name : stale) EXPECT_FALSE(fs::exists(folder / name)) << name;
-    for (const auto& name : kept) EXPECT_TRUE(fs::exists(folder / name)) << name;
+    for (const auto& name : stale)
+        EXPECT_FALSE(fs::exists(folder / name)) << name;
+    for (const auto& name : kept)
+        EXPECT_TRUE(fs::exists(folder / name)) << name;
     EXPECT_TRUE(fs::is_directory(folder / ".Zifora.zfdb4.tmp-2147483646-1-1"));
 }
 

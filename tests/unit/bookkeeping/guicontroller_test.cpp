@@ -44,7 +44,8 @@ TEST_F(HelpFolder, IsFoundBesideAnInstalledProgramFirstThenInTheBuildTree) {
     touch(m_root / "usr/resources/help/index.html");
     EXPECT_EQ(core::findHelpFolder(m_root / "usr/bin/zifora"), m_root / "usr/share/zifora/help");
     touch(m_root / "build/resources/help/index.html");
-    EXPECT_EQ(core::findHelpFolder(m_root / "build/app/cli/zifora-cli"), m_root / "build/resources/help");
+    EXPECT_EQ(core::findHelpFolder(m_root / "build/app/cli/zifora-cli"),
+              m_root / "build/resources/help");
 }
 
 TEST_F(HelpFolder, AFolderWithoutItsIndexDoesNotCount) {

@@ -1,7 +1,7 @@
 #include "testbed.h"
 
-#include "core/jsondump.h"
 #include "bookkeeping/openfile.h"
+#include "core/jsondump.h"
 #include "shell/events.h"
 
 #include <gtest/gtest.h>
@@ -32,9 +32,12 @@ std::string alertEvent(const std::string& title, const std::string& text) {
 
 const char* importName(HandOverKind kind) {
     switch (kind) {
-    case HandOverKind::GrandTotal: return "GrandTotal";
-    case HandOverKind::MoneyMoney: return "MoneyMoney";
-    case HandOverKind::Bill: return "Bill";
+    case HandOverKind::GrandTotal:
+        return "GrandTotal";
+    case HandOverKind::MoneyMoney:
+        return "MoneyMoney";
+    case HandOverKind::Bill:
+        return "Bill";
     }
     return "";
 }

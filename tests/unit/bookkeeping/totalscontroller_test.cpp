@@ -1,7 +1,7 @@
 #include "testbed.h"
 
-#include "posting/itemcalculation.h"
 #include "bookkeeping/totalscontroller.h"
+#include "posting/itemcalculation.h"
 #include "shell/events.h"
 
 #include <gtest/gtest.h>
@@ -54,10 +54,17 @@ TEST(TotalsController, EachFigureGoesToItsFieldThenToItsSettingAndTheSheetComesL
     const TotalsController& totals = *t.headless.program.feature<TotalsController>();
     std::vector<std::string> fieldOrder;
     std::vector<posting::SettlementTotals> sheets;
-    static const std::set<std::string> figures{
-        "steuerfreieUmsaetzeField", "tax1SumField", "tax2SumField", "tax3SumField",
-        "tax1AmountField", "tax2AmountField", "tax3AmountField", "nichtSteuerbarField",
-        "abziehbareBetraegeField", "abziehbareBetraegeSteuerAmountField", "saldoField"};
+    static const std::set<std::string> figures{"steuerfreieUmsaetzeField",
+                                               "tax1SumField",
+                                               "tax2SumField",
+                                               "tax3SumField",
+                                               "tax1AmountField",
+                                               "tax2AmountField",
+                                               "tax3AmountField",
+                                               "nichtSteuerbarField",
+                                               "abziehbareBetraegeField",
+                                               "abziehbareBetraegeSteuerAmountField",
+                                               "saldoField"};
     t.app.fields().observe([&](const std::string& name, const Value& value) {
         if (!sheets.empty()) return; // the first run only
         // The item form keeps its own controls in step as well; only the figures count here.

@@ -105,7 +105,8 @@ TEST(CivilDate, EveryTimeHasADateAndOnlyTheYears1To9999AreShown) {
     EXPECT_EQ(civilFromDays(INT64_MAX), civilFromDays(int64_t{1} << 60));
     EXPECT_EQ(daysFromCivil(INT64_MIN, 1, 1), daysFromCivil(-(int64_t{1} << 60) / 366, 1, 1));
     EXPECT_EQ(civilFromUnixTime(kFirstCivilUnixSecond), (CivilTime{{1, 1, 1}, 0, 0, 0}));
-    EXPECT_EQ(civilFromUnixTime(kLastCivilUnixSecond + 0.999), (CivilTime{{9999, 12, 31}, 23, 59, 59}));
+    EXPECT_EQ(civilFromUnixTime(kLastCivilUnixSecond + 0.999),
+              (CivilTime{{9999, 12, 31}, 23, 59, 59}));
     EXPECT_EQ(civilFromUnixTime(-0.5), (CivilTime{{1969, 12, 31}, 23, 59, 59}));
     for (double s : {kFirstCivilUnixSecond - 0.5, kLastCivilUnixSecond + 1, 1e300, -1e300,
                      double(NAN), double(INFINITY), -double(INFINITY)})

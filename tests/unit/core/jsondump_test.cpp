@@ -1,7 +1,7 @@
+#include "core/jsondump.h"
 #include "core/keyedarchive.h"
 #include "core/record.h"
 #include "core/utf8.h"
-#include "core/jsondump.h"
 
 #include <gtest/gtest.h>
 
@@ -21,7 +21,8 @@ TEST(JsonDump, FloatsAreShortestTextsThatReadBackBitForBit) {
         if (!std::isfinite(f)) continue;
         auto back = core::loadTaggedJson(core::taggedJson(Value::floatValue(f)));
         ASSERT_TRUE(back.has_value());
-        ASSERT_EQ(std::bit_cast<uint32_t>(back->asFloat()), bits) << core::taggedJson(Value::floatValue(f));
+        ASSERT_EQ(std::bit_cast<uint32_t>(back->asFloat()), bits)
+            << core::taggedJson(Value::floatValue(f));
     }
     EXPECT_EQ(core::taggedJson(Value::floatValue(0.1f)), "{\"float\":0.1}");
     EXPECT_EQ(core::taggedJson(Value::floatValue(19)), "{\"float\":19}");
@@ -48,14 +49,16 @@ TEST(JsonDump, DumpLoadDumpIsTheIdentity) {
     auto year = core::Record::make(core::RecordClass::Year, core::Date{1000.5});
     client->theYears().push_back(year);
     auto item = core::Record::make(core::RecordClass::Item, core::Date{-5});
-    item->set("misc6", Value::dict({{"a", Value::array({Value::integer(INT64_MIN), Value::data("\x01\xff")})}}));
+    item->set(
+        "misc6",
+        Value::dict({{"a", Value::array({Value::integer(INT64_MIN), Value::data("\x01\xff")})}}));
     item->set("amount", Value::floatValue(119.99f));
     item->set("title", Value::string("Zeile \"1\"\n\tmit Ümlaut 😀"));
     client->items().push_back(item);
     auto foreign = core::Record::makeForeign("NSColor", {"NSColor", "NSObject"});
     foreign->set("NSRGB", Value::data("0 0 0"));
-    Value root = Value::dict({{"clients", Value::array({Value::record(client)})},
-                              {"extra", Value::record(foreign)}});
+    Value root = Value::dict(
+        {{"clients", Value::array({Value::record(client)})}, {"extra", Value::record(foreign)}});
     std::string first = core::dumpJson(root);
     auto loaded = core::loadJson(first);
     ASSERT_TRUE(loaded.has_value()) << loaded.error().message;
@@ -67,7 +70,8 @@ TEST(JsonDump, DumpLoadDumpIsTheIdentity) {
 }
 
 TEST(JsonDump, LoadRefusesMalformedInputWithItsPlace) {
-    auto wrongKind = core::loadJson(R"({"clients":[{"class":"Client","properties":{"company":{"strng":"x"}}}]})");
+    auto wrongKind = core::loadJson(
+        R"({"clients":[{"class":"Client","properties":{"company":{"strng":"x"}}}]})");
     ASSERT_FALSE(wrongKind.has_value());
     EXPECT_NE(wrongKind.error().message.find("clients[0].properties.company"), std::string::npos);
     EXPECT_FALSE(core::loadJson("{\"clients\":[1]}").has_value());
@@ -115,7 +119,8 @@ TEST(JsonDump, LoadRefusesRecordsUnderTheClassNamesOfPlainValues) {
             << loaded.error().message;
     }
     // Foreign classes of other names are kept, and read back as records.
-    auto foreign = core::loadJson("{\"x\":{\"class\":\"NSColor\",\"properties\":{\"r\":{\"int\":1}}}}");
+    auto foreign =
+        core::loadJson("{\"x\":{\"class\":\"NSColor\",\"properties\":{\"r\":{\"int\":1}}}}");
     ASSERT_TRUE(foreign.has_value());
     auto back = core::decodeKeyedArchive(core::encodeKeyedArchive(*foreign));
     ASSERT_TRUE(back.has_value());

@@ -21,14 +21,16 @@ namespace {
 // A value `levels` deep as `nestsWithin` counts: lists around a text.
 Value listsAround(int levels) {
     Value v = Value::string("innen");
-    for (int i = 0; i < levels; ++i) v = Value::array({v});
+    for (int i = 0; i < levels; ++i)
+        v = Value::array({v});
     return v;
 }
 
 // The tagged JSON of the same value.
 std::string taggedLists(int levels) {
     std::string json = "{\"string\":\"innen\"}";
-    for (int i = 0; i < levels; ++i) json = "{\"array\":[" + json + "]}";
+    for (int i = 0; i < levels; ++i)
+        json = "{\"array\":[" + json + "]}";
     return json;
 }
 
@@ -71,8 +73,8 @@ TEST(Nesting, CountsLevelsAsTheKeyedArchiveNestsItsObjects) {
 }
 
 TEST(Nesting, TheWriterStoresExactlyWhatTheReaderTakes) {
-    const auto folder = std::filesystem::temp_directory_path() /
-                        ("zifora-nesting-" + std::to_string(::getpid()));
+    const auto folder =
+        std::filesystem::temp_directory_path() / ("zifora-nesting-" + std::to_string(::getpid()));
     std::filesystem::create_directories(folder);
     const std::string path = (folder / "Zifora.zfdb4").string();
     for (int levels : {kMaxValueNesting - 1, kMaxValueNesting}) {
@@ -125,8 +127,8 @@ TEST(Nesting, ATaggedValueFitsIntoAnyRecordOrItIsRefused) {
     auto fits = loadTaggedJson(taggedLists(kMaxValueNesting));
     ASSERT_TRUE(fits.has_value());
     EXPECT_TRUE(nestsWithin(bookWithDeepestItem(*fits), kMaxNesting));
-    EXPECT_TRUE(hasError(loadTaggedJson(taggedLists(kMaxValueNesting + 1)),
-                         "nested more than 190 levels"));
+    EXPECT_TRUE(
+        hasError(loadTaggedJson(taggedLists(kMaxValueNesting + 1)), "nested more than 190 levels"));
     // Settings are written as an XML property list and read back.
     const Value settings = Value::dict({{"key", *fits}});
     auto xml = writeXmlPlist(settings);
@@ -143,7 +145,8 @@ TEST(Nesting, FarDeeperJsonIsRefusedBeforeItIsParsed) {
     EXPECT_TRUE(hasError(loadJson("{\"clients\":[],\"x\":" + taggedLists(30'000) + "}"),
                          "JSON is nested more than"));
     // Brackets inside texts are not nesting, whatever escapes stand before them.
-    const std::string text = "\"" + std::string(1000, '[') + "\\\"\\\\" + std::string(1000, '{') + "\"";
+    const std::string text =
+        "\"" + std::string(1000, '[') + "\\\"\\\\" + std::string(1000, '{') + "\"";
     EXPECT_TRUE(jsonNestsWithin("[" + text + "]", 1));
     EXPECT_TRUE(loadTaggedJson("{\"string\":" + text + "}").has_value());
     EXPECT_TRUE(jsonNestsWithin("[[]]", 2));
@@ -165,15 +168,18 @@ TEST(Nesting, TheWriterCountsAsNestsWithinDoes) {
         check(listsAround(levels), "lists", levels);
         check(Value::array({listsAround(levels - 1)}), "array", levels);
         Value image = Value::image("client");
-        for (int i = 0; i < levels - 1; ++i) image = Value::dict({{"k", image}});
+        for (int i = 0; i < levels - 1; ++i)
+            image = Value::dict({{"k", image}});
         check(image, "image", levels);
         Value records = Value::record(Record::makeBare(RecordClass::Item));
-        for (int i = 0; i < levels - 2; ++i) records = Value::array({records});
+        for (int i = 0; i < levels - 2; ++i)
+            records = Value::array({records});
         check(records, "records", levels);
         auto foreign = Record::makeForeign("NSColor", {});
         foreign->set("n", Value::integer(1));
         Value foreigns = Value::record(foreign);
-        for (int i = 0; i < levels - 1; ++i) foreigns = Value::array({foreigns});
+        for (int i = 0; i < levels - 1; ++i)
+            foreigns = Value::array({foreigns});
         check(foreigns, "foreigns", levels);
         check(bookWithDeepestItem(listsAround(levels - kBookNesting)), "book", levels);
     }

@@ -114,7 +114,8 @@ TEST(AbsurdDates, ShowAsNothingAndStampTheirLowest32Bits) {
     }
     // The last second that shows, and the first that does not.
     EXPECT_EQ(rows.format(Date::fromUnix(253402300800.0 - 86400 - 43200)), "30.12.99"); // noon
-    EXPECT_EQ(descriptionOf(Value::date(Date::fromUnix(253402300799.0))), "9999-12-31 23:59:59 +0000");
+    EXPECT_EQ(descriptionOf(Value::date(Date::fromUnix(253402300799.0))),
+              "9999-12-31 23:59:59 +0000");
     EXPECT_EQ(descriptionOf(Value::date(Date::fromUnix(253402300800.0))), "");
     // The creation stamp keeps the lowest 32 bits of the whole seconds, for any time.
     EXPECT_EQ(creationStamp(Date::fromUnix(4294967296.0 + 5)), "5");

@@ -75,9 +75,9 @@ TEST(Catalog, TheMenusHoldWhatTheDesktopOffersAndNoStepOfTheProgram) {
 
 TEST(Catalog, MenuTitlesHaveOneMnemonicEachAndNoTwoShareIt) {
     std::set<char> seen;
-    for (shell::Menu menu : {shell::Menu::File, shell::Menu::Books, shell::Menu::Items,
-                             shell::Menu::MasterData, shell::Menu::Clients, shell::Menu::Places,
-                             shell::Menu::Database, shell::Menu::Help}) {
+    for (shell::Menu menu :
+         {shell::Menu::File, shell::Menu::Books, shell::Menu::Items, shell::Menu::MasterData,
+          shell::Menu::Clients, shell::Menu::Places, shell::Menu::Database, shell::Menu::Help}) {
         const std::string title(shell::menuTitle(menu));
         const size_t amp = title.find('&');
         ASSERT_NE(amp, std::string::npos) << title;

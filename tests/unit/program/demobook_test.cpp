@@ -1,11 +1,11 @@
 #include "core/atomicfile.h"
 #include "core/keyedarchive.h"
+#include "core/places.h"
 #include "core/record.h"
 #include "core/settings.h"
 #include "posting/itemcalculation.h"
 #include "posting/numberformat.h"
 #include "program/demobook.h"
-#include "core/places.h"
 
 #include <gtest/gtest.h>
 

@@ -21,7 +21,8 @@ TEST(ScriptExit, FollowsTheLastSaveOfTheDatabase) {
     const core::Places places = core::Places::forHome(home.string());
     // The database is a link into a folder that is not there yet.
     fs::create_directories(places.dataFolder);
-    fs::create_symlink(home / "später" / "Zifora.zfdb4", fs::path(places.dataFolder) / "Zifora.zfdb4");
+    fs::create_symlink(home / "später" / "Zifora.zfdb4",
+                       fs::path(places.dataFolder) / "Zifora.zfdb4");
 
     std::ostringstream out;
     program::HeadlessProgram headless(out, places, core::Date{800000000});

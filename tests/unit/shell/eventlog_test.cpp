@@ -25,14 +25,20 @@ TEST(EventLog, WritesOneLineInOrderWithRepairedTexts) {
     dialog.suggestedName = "Konten.csv";
     ui.chooseFile(dialog);
     log.error("kaputt \xFF");
-    ui.print({.pdfPath = "/tmp/a.pdf", .title = "Journal", .marginTop = 40, .marginLeft = 20.5,
-              .marginRight = 20, .marginBottom = 20});
+    ui.print({.pdfPath = "/tmp/a.pdf",
+              .title = "Journal",
+              .marginTop = 40,
+              .marginLeft = 20.5,
+              .marginRight = 20,
+              .marginBottom = 20});
     EXPECT_EQ(out.str(),
-              "{\"alert\":{\"title\":\"Fehler!\",\"text\":\"Zeile\\n\\\"1\\\"\\tA\\u0001 \xEF\xBF\xBD ok\","
+              "{\"alert\":{\"title\":\"Fehler!\",\"text\":\"Zeile\\n\\\"1\\\"\\tA\\u0001 "
+              "\xEF\xBF\xBD ok\","
               "\"buttons\":[\"OK\",\"Abbrechen\"],\"answer\":2}}\n"
               "{\"dialog\":{\"kind\":\"save\",\"title\":\"Sichern\",\"extensions\":[\"csv\"],"
               "\"suggested\":\"Konten.csv\",\"answer\":null,\"queued\":false}}\n"
               "{\"error\":\"kaputt \xEF\xBF\xBD\"}\n"
-              "{\"print\":{\"path\":\"/tmp/a.pdf\",\"title\":\"Journal\",\"margins\":[40,20.5,20,20]}}\n");
+              "{\"print\":{\"path\":\"/tmp/"
+              "a.pdf\",\"title\":\"Journal\",\"margins\":[40,20.5,20,20]}}\n");
     EXPECT_EQ(log.errorCount(), 1);
 }
