@@ -45,45 +45,6 @@ Shot preferencesShot(int tag, const char* file) {
 }
 } // namespace
 
-// A page of a period's journal as the reports write it, for the preview window's picture.
-static std::string sampleJournal() {
-    std::string html =
-        "<font face=\"Lucida Grande\" size=\"2\"><h2>Muster GmbH</h2>"
-        "<h3><small>Steuernummer: 12/345/67890</small></h3><small>Datum: 25.11.2026</small>"
-        "<br><br><h3><b>&Uuml;bersicht M&auml;rz 2025</b></h3><br><br><br></font>"
-        "<font face=\"Lucida Grande\" size=\"4\" class=\"f2\">Voranmeldung erstellt am: "
-        "10.04.2025<br><br><table width=505 border=1\" cellspacing=0 cellpadding=3><tr>"
-        "<td>Zahlung</td><td>Nachzahlung</td><td>Erstattung</td><td><b>Saldo</b></td></tr><tr>"
-        "<td align=right>0.00 €</td><td align=right>1,234.56 €</td><td align=right>0.00 €</td>"
-        "<td align=right><b>1,234.56 €</b></td></tr></table><br><br>"
-        "<table width=505 border=1\" cellspacing=0 cellpadding=3><tr><td></td>"
-        "<td>Steuersatz 1 (19 %)</td><td>Steuersatz 2 (7 %)</td><td>Steuersatz 3 (0 %)</td></tr>"
-        "<tr><td>Einnahmen</td><td align=right>8,450.00 €</td><td align=right>320.00 €</td>"
-        "<td align=right>0.00 €</td></tr><tr><td>Ausgaben</td><td align=right>1,190.00 €</td>"
-        "<td align=right>53.50 €</td><td align=right>0.00 €</td></tr></table><br><br><br><br>"
-        "<h4>Muster GmbH &middot; &Uuml;bersicht M&auml;rz 2025</h4><br><br>"
-        "<table style=\"font-size:9px\" width=575 border=1\" cellspacing=1 cellpadding=2><tr>"
-        "<td><b>Datum</b></td><td><b>Beleg</b></td><td><b>Titel</b></td><td><b>Kategorie</b></td>"
-        "<td><b>Netto</b></td><td><b>Steuer</b></td><td><b>Brutto</b></td></tr>";
-    const char* titles[] = {
-        "Honorar Webseite", "Büromaterial", "Bahnfahrt Köln",       "Software-Abo",
-        "Honorar Beratung", "Fachbuch",     "Telefon und Internet", "Porto"};
-    const char* categories[] = {"Erlöse", "Bürobedarf",    "Reisekosten",       "EDV",
-                                "Erlöse", "Fachliteratur", "Telekommunikation", "Porto"};
-    for (int i = 0; i < 24; ++i) {
-        char row[512];
-        const double gross = 11.9 * (i * 7 % 23 + 1) * (i % 4 == 0 ? 10 : 1);
-        std::snprintf(row, sizeof row,
-                      "<tr><td>%02d.03.25</td><td>R-%03d</td><td>%s</td><td>%s</td>"
-                      "<td align=right>%.2f €</td><td align=right>%.2f €</td>"
-                      "<td align=right>%.2f €</td></tr>",
-                      i + 1, 100 + i, titles[i % 8], categories[i % 8], gross / 1.19,
-                      gross - gross / 1.19, gross);
-        html += row;
-    }
-    return html + "</table></font>";
-}
-
 std::vector<Shot> plannedShots() {
     return {
         // The agreement comes by itself during the first start on the book.
@@ -132,9 +93,9 @@ std::vector<Shot> plannedShots() {
                      }),
         Shot::window(QStringLiteral("vorschau-bericht.png"), "preview",
                      [](ShotContext& c) {
-                         c.previewReport(sampleJournal(),
-                                         "Muster GmbH · Abrechnung März 2025 · Seite ",
-                                         "Vorschau - Abrechnung");
+                         c.selectPeriod("März");
+                         c.run("generateTabJournal:");
+                         c.run("loadPDFTab:");
                      }),
         Shot::alert(QStringLiteral("hinweis-datenbank-geoeffnet.png"),
                     [](ShotContext& c) {
@@ -195,27 +156,6 @@ void ShotContext::showPreferencesPane(int tag) {
     for (QWidget* widget : QApplication::topLevelWidgets())
         if (auto* preferences = qobject_cast<PreferencesWindow*>(widget))
             preferences->showPane(tag);
-}
-
-void ShotContext::previewReport(const std::string& html, const std::string& footer,
-                                const std::string& title) {
-    const std::string folder = core::Places::fromEnvironment().dataFolder;
-    QDir().mkpath(QString::fromStdString(folder));
-    shell::PdfRequest request;
-    request.htmlPath = core::joinPath(folder, "PDFPreviewTab.html");
-    request.pdfPath = core::joinPath(folder, "PDFPreviewTab.pdf");
-    request.marginTop = 40;
-    request.marginLeft = 20;
-    request.marginRight = 20;
-    request.marginBottom = 60;
-    request.footer = footer;
-    request.title = title;
-    QFile file(QString::fromStdString(request.htmlPath));
-    if (!file.open(QIODevice::WriteOnly)) return;
-    file.write(html.data(), static_cast<qint64>(html.size()));
-    file.close();
-    platform_qt::QtPdfRenderer renderer;
-    if (renderer.render(request)) m_ui.preview(request.pdfPath, title);
 }
 
 // ---------------------------------------------------------------------------------------

@@ -59,9 +59,6 @@ class ShotContext {
     void selectItem(size_t row);
     /// Opens the preferences on the pane of `tag` (0 "Allgemein" … 6 "Steuern").
     void showPreferencesPane(int tag);
-    /// Renders `html` as a report of the data folder and shows it in the preview window.
-    void previewReport(const std::string& html, const std::string& footer,
-                       const std::string& title);
 
   private:
     shell::Session& m_app;
