@@ -117,6 +117,12 @@ QString repairedReportHtml(QString html) {
         done = match.capturedEnd();
     }
     out += QStringView(html).mid(done);
+    // The reports push a list onto the next page with a run of line breaks counted for the
+    // type of another renderer; here the same run would spill over and leave the top of the
+    // next page empty. A run of nine or more is read as what it is for: a page break.
+    static const QRegularExpression filler(QStringLiteral(R"re((?:<br\s*/?>\s*){9,})re"),
+                                           QRegularExpression::CaseInsensitiveOption);
+    out.replace(filler, QStringLiteral("<p style=\"page-break-after: always; margin: 0\"></p>"));
     return out;
 }
 

@@ -258,6 +258,29 @@ TEST(PdfRenderer, StrayQuoteAfterTheBorderValueKeepsTheBorder) {
     EXPECT_EQ(borders, (std::vector<double>{1, 0}));
 }
 
+TEST(PdfRenderer, ALongRunOfLineBreaksStartsTheNextPage) {
+    // Nine breaks or more push what follows onto a new page, with nothing empty above it;
+    // fewer stay line breaks on the same page.
+    TempFolder folder;
+    QtPdfRenderer renderer;
+    auto r = request(folder);
+    std::string html = "<h2>Kopf</h2>Status<br><br><br><br><br><br><br><br>Tabellen";
+    for (int i = 0; i < 13; ++i)
+        html += "<br>";
+    html += "<h4>Liste der Posten</h4><table><tr><td>1</td><td>Miete</td></tr>";
+    writeText(r.htmlPath, html);
+    ASSERT_TRUE(renderer.render(r));
+    EXPECT_EQ(output("pdfinfo " + shellQuoted(r.pdfPath) + " | grep '^Pages:'"),
+              "Pages:           2\n");
+    const std::string first = pageText(r.pdfPath, 1);
+    EXPECT_NE(first.find("Tabellen"), std::string::npos);
+    EXPECT_EQ(first.find("Liste der Posten"), std::string::npos);
+    const std::string second = pageText(r.pdfPath, 2);
+    ASSERT_NE(second.find("Liste der Posten"), std::string::npos) << second;
+    // The heading is the first line of the page.
+    EXPECT_EQ(second.find_first_not_of(" \n"), second.find("Liste der Posten"));
+}
+
 TEST(PdfRenderer, PixelsOfTheHtmlArePointsOnThePage) {
     // A 505-pixel table with two equal columns: the second begins 252.5 points further right.
     TempFolder folder;
